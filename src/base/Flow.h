@@ -1,0 +1,107 @@
+// Coroutines: their type, their owner, and the ways from one queue to another.
+#pragma once
+#include <asio/any_io_executor.hpp>
+#include <asio/awaitable.hpp>
+#include <asio/bind_cancellation_slot.hpp>
+#include <asio/cancellation_signal.hpp>
+#include <asio/co_spawn.hpp>
+#include <asio/dispatch.hpp>
+#include <asio/io_context.hpp>
+#include <asio/post.hpp>
+#include <asio/steady_timer.hpp>
+#include <asio/strand.hpp>
+#include <asio/use_awaitable.hpp>
+#include <exception>
+#include <future>
+#include <list>
+#include <memory>
+#include <type_traits>
+#include <utility>
+
+namespace vellum {
+
+template <class T = void>
+using Flow = asio::awaitable<T>;
+using Strand = asio::strand<asio::io_context::executor_type>;
+
+// The owner of running coroutines on one executor. spawn() and cancelAll() are called on that
+// executor only. A coroutine that ends by an exception ends quietly: who must tell of a failure
+// catches it inside. The group may go before its coroutines have ended; it does not cancel them.
+class FlowGroup {
+public:
+  explicit FlowGroup(asio::any_io_executor executor)
+      : m_state(std::make_shared<State>(std::move(executor))) {}
+
+  void spawn(Flow<> flow) {
+    const auto node = m_state->nodes.emplace(m_state->nodes.end());
+    asio::co_spawn(
+        m_state->executor, std::move(flow),
+        asio::bind_cancellation_slot(node->slot(), [state = m_state, node](std::exception_ptr) {
+          state->nodes.erase(node);
+        }));
+  }
+
+  void cancelAll() {
+    auto& nodes = m_state->nodes;
+    // A handler may end its coroutine, and so erase its node, before emit() returns.
+    for (auto next = nodes.begin(); next != nodes.end();)
+      (next++)->emit(asio::cancellation_type::terminal);
+  }
+
+  bool isIdle() const { return m_state->nodes.empty(); }
+
+private:
+  struct State {
+    explicit State(asio::any_io_executor e) : executor(std::move(e)) {}
+    asio::any_io_executor executor;
+    std::list<asio::cancellation_signal> nodes;
+  };
+  std::shared_ptr<State> m_state;
+};
+
+// Runs f on `executor` and waits for its result. Main thread only, never from a strand or a pool
+// thread: two of those waiting for each other would never end.
+template <class Executor, class F>
+auto syncOn(const Executor& executor, F f) {
+  using Result = std::invoke_result_t<F&>;
+  // Asio takes a packaged task as a completion token and gives its future.
+  return asio::dispatch(executor, std::packaged_task<Result()>(std::move(f))).get();
+}
+
+// Runs f (which must not throw) on `executor`; the awaiting coroutine goes on where it was. It
+// cannot be cancelled on the way: f is expected to be short.
+template <class Executor, class F>
+auto asyncOn(Executor executor, F f) -> Flow<std::invoke_result_t<F&>> {
+  using Result = std::invoke_result_t<F&>;
+  if constexpr (std::is_void_v<Result>) {
+    co_await asio::async_initiate<const asio::use_awaitable_t<>&, void()>(
+        [&executor, &f](auto handler) {
+          asio::post(executor, [f = std::move(f), handler = std::move(handler)]() mutable {
+            f();
+            asio::post(std::move(handler));
+          });
+        },
+        asio::use_awaitable);
+  } else {
+    co_return co_await asio::async_initiate<const asio::use_awaitable_t<>&, void(Result)>(
+        [&executor, &f](auto handler) {
+          asio::post(executor, [f = std::move(f), handler = std::move(handler)]() mutable {
+            const auto home = asio::get_associated_executor(handler);
+            asio::post(home, [handler = std::move(handler), result = f()]() mutable {
+              std::move(handler)(std::move(result));
+            });
+          });
+        },
+        asio::use_awaitable);
+  }
+}
+
+// Waits on the coroutine's own executor; throws asio::system_error when cancelled.
+template <class Duration>
+Flow<> sleepFor(Duration duration) {
+  asio::steady_timer timer(co_await asio::this_coro::executor);
+  timer.expires_after(std::chrono::duration_cast<std::chrono::steady_clock::duration>(duration));
+  co_await timer.async_wait(asio::use_awaitable);
+}
+
+} // namespace vellum

@@ -1,0 +1,46 @@
+#include "base/Text.h"
+#include <array>
+
+namespace vellum {
+
+namespace {
+struct Unit {
+  const char* name;
+  int decimals;
+};
+constexpr std::array<Unit, 6> kUnits{
+    {{"KB", 0}, {"MB", 1}, {"GB", 2}, {"TB", 2}, {"PB", 2}, {"EB", 2}}};
+
+QString trimmed(double value, int decimals) {
+  QString text = QString::number(value, 'f', decimals);
+  if (decimals > 0) {
+    while (text.endsWith(u'0'))
+      text.chop(1);
+    if (text.endsWith(u'.'))
+      text.chop(1);
+  }
+  return text;
+}
+} // namespace
+
+QString formatByteCount(std::int64_t bytes) {
+  if (bytes < 0)
+    return QStringLiteral("—");
+  if (bytes == 0)
+    return QStringLiteral("Zero KB");
+  if (bytes == 1)
+    return QStringLiteral("1 byte");
+  if (bytes < 1000)
+    return QStringLiteral("%1 bytes").arg(bytes);
+  double value = static_cast<double>(bytes) / 1000.0;
+  std::size_t unit = 0;
+  // 999.95 MB would print as "1000 MB": what rounds up to 1000 takes the next unit.
+  while (unit + 1 < kUnits.size() &&
+         QString::number(value, 'f', kUnits[unit].decimals).toDouble() >= 1000.0) {
+    value /= 1000.0;
+    ++unit;
+  }
+  return trimmed(value, kUnits[unit].decimals) + u' ' + QLatin1String(kUnits[unit].name);
+}
+
+} // namespace vellum

@@ -1,0 +1,12 @@
+// Numbers as the user reads them. Pure.
+#pragma once
+#include <QString>
+#include <cstdint>
+
+namespace vellum {
+
+// A size in bytes as a file manager shows it, in powers of 1000: "Zero KB", "1 byte", "999 bytes",
+// "1 KB", "24.6 MB", "1.25 GB". A negative size is an em dash.
+QString formatByteCount(std::int64_t bytes);
+
+} // namespace vellum

@@ -1,0 +1,82 @@
+#include "base/Flow.h"
+#include "base/IoPool.h"
+#include "base/MainLoop.h"
+#include "base/Resolve.h"
+#include <QCoreApplication>
+#include <gtest/gtest.h>
+
+namespace vellum {
+namespace {
+
+using namespace std::chrono_literals;
+
+void turnUntil(const bool& done) {
+  for (int i = 0; i < 5000 && !done; ++i)
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 1);
+}
+
+struct FlowTest : testing::Test {
+  int argc = 1;
+  char name[5] = "test";
+  char* argv[2] = {name, nullptr};
+  QCoreApplication app{argc, argv};
+  MainLoop main;
+};
+
+TEST_F(FlowTest, HopsToAStrandAndBackToTheMainThread) {
+  IoPool pool;
+  FlowGroup flows(main.executor());
+  bool done = false;
+  bool stayedOnMain = true;
+  int counter = 0; // touched on the strand only
+  const Strand strand = pool.makeStrand();
+  flows.spawn([](MainLoop& loop, Strand s, int& n, bool& onMain, bool& end) -> Flow<> {
+    for (int i = 0; i < 100; ++i) {
+      const int seen = co_await asyncOn(s, [&n] { return ++n; });
+      onMain = onMain && loop.isCurrentThread() && seen == i + 1;
+    }
+    co_await asyncOn(s, [&n] { ++n; });
+    end = true;
+  }(main, strand, counter, stayedOnMain, done));
+  turnUntil(done);
+  EXPECT_TRUE(stayedOnMain);
+  EXPECT_EQ(syncOn(strand, [&] { return counter; }), 101);
+}
+
+TEST_F(FlowTest, AGroupCancelsWhatSleepsAndThePoolThenEndsAtOnce) {
+  bool cancelled = false;
+  {
+    IoPool pool;
+    const Strand strand = pool.makeStrand();
+    FlowGroup flows(strand);
+    syncOn(strand, [&] {
+      flows.spawn([](bool& flag) -> Flow<> {
+        try {
+          co_await sleepFor(1h);
+        } catch (const asio::system_error& error) {
+          flag = error.code() == asio::error::operation_aborted;
+        }
+      }(cancelled));
+    });
+    asio::post(strand, [flows]() mutable { flows.cancelAll(); });
+  }
+  EXPECT_TRUE(cancelled);
+}
+
+TEST_F(FlowTest, LiteralAddressesAreNotLookedUp) {
+  IoPool pool;
+  FlowGroup flows(main.executor());
+  bool done = false;
+  std::vector<std::string> found;
+  flows.spawn([](std::vector<std::string>& out, bool& end) -> Flow<> {
+    for (const char* host : {"127.0.0.1", "::1", "[::1]"})
+      for (const auto& address : co_await resolveHost(QString::fromLatin1(host)))
+        out.push_back(address.to_string());
+    end = true;
+  }(found, done));
+  turnUntil(done);
+  EXPECT_EQ(found, (std::vector<std::string>{"127.0.0.1", "::1", "::1"}));
+}
+
+} // namespace
+} // namespace vellum

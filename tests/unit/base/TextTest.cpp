@@ -1,0 +1,45 @@
+#include "base/Text.h"
+#include "base/Bytes.h"
+#include <gtest/gtest.h>
+
+namespace vellum {
+namespace {
+
+TEST(Text, ByteCountsReadAsInAFileManager) {
+  const std::pair<std::int64_t, const char*> cases[] = {
+      {-1, "—"},
+      {0, "Zero KB"},
+      {1, "1 byte"},
+      {999, "999 bytes"},
+      {1000, "1 KB"},
+      {1499, "1 KB"},
+      {999'499, "999 KB"},
+      {999'500, "1 MB"},
+      {24'600'000, "24.6 MB"},
+      {999'950'000, "1 GB"},
+      {1'250'000'000, "1.25 GB"},
+      {9'223'372'036'854'775'807, "9.22 EB"},
+  };
+  for (const auto& [bytes, text] : cases)
+    EXPECT_EQ(formatByteCount(bytes), QString::fromUtf8(text)) << bytes;
+}
+
+TEST(Bytes, AnInfoHashIsExactlyFortyHexadecimalDigits) {
+  const QString digits = QStringLiteral("00ff").repeated(10);
+  ASSERT_TRUE(hash20FromHex(digits));
+  EXPECT_EQ(toHex(*hash20FromHex(digits.toUpper())), digits);
+  for (const QString& bad : {digits.chopped(1), digits + u'0', QStringLiteral("0g").repeated(20),
+                             QStringLiteral("+1").repeated(20), QString()})
+    EXPECT_FALSE(hash20FromHex(bad)) << bad.toStdString();
+}
+
+TEST(Bytes, BigEndianBothWays) {
+  std::array<std::byte, 8> out{};
+  putBe64(out, 0x0102030405060708);
+  EXPECT_EQ(toHex(out), QStringLiteral("0102030405060708"));
+  EXPECT_EQ(rd64(out, 0), 0x0102030405060708U);
+  EXPECT_EQ(rd32(out, 2), 0x03040506U);
+}
+
+} // namespace
+} // namespace vellum
