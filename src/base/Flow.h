@@ -7,6 +7,7 @@
 #include <asio/co_spawn.hpp>
 #include <asio/dispatch.hpp>
 #include <asio/io_context.hpp>
+#include <asio/packaged_task.hpp>
 #include <asio/post.hpp>
 #include <asio/steady_timer.hpp>
 #include <asio/strand.hpp>

@@ -1,0 +1,102 @@
+#include "engine/PeerSocket.h"
+#include "base/Resolve.h"
+#include <asio/experimental/as_tuple.hpp>
+
+namespace vellum {
+
+namespace {
+constexpr auto asTuple = asio::experimental::as_tuple(asio::use_awaitable);
+}
+
+PeerSocket::PeerSocket(const Strand& strand)
+    : m_strand(strand), m_socket(strand), m_handshakeTimer(strand) {}
+
+Flow<> PeerSocket::run(PeerAddr address, std::shared_ptr<PeerConn> peer) {
+  const auto self = shared_from_this();
+  m_peer = peer;
+  watchHandshake(peer);
+  try {
+    co_await connect(address);
+    peer->connected();
+    co_await receive(*peer);
+  } catch (const std::exception&) {
+    // Every failure of a connection ends the peer, and nothing else.
+  }
+  peer->close();
+}
+
+void PeerSocket::watchHandshake(const std::shared_ptr<PeerConn>& peer) {
+  m_handshakeTimer.expires_after(kHandshakeTimeout);
+  m_handshakeTimer.async_wait([weak = std::weak_ptr(peer)](asio::error_code error) {
+    const auto held = weak.lock();
+    if (!error && held) held->handshakeTimedOut();
+  });
+}
+
+Flow<> PeerSocket::connect(const PeerAddr& address) {
+  const auto found = co_await resolveHost(address.host);
+  if (found.empty()) throw asio::system_error(asio::error::host_not_found);
+  const asio::ip::tcp::endpoint endpoint(found.front(), address.port);
+  m_socket.open(endpoint.protocol());
+  co_await m_socket.async_connect(endpoint, asio::use_awaitable);
+  m_socket.set_option(asio::ip::tcp::no_delay(true));
+  m_socket.non_blocking(true);
+  m_connected = true;
+}
+
+Flow<> PeerSocket::receive(PeerConn& peer) {
+  while (!peer.isClosed()) {
+    const auto room = peer.receiveRoom().first(FrameBuffer::kReadSize);
+    const auto [error, size] =
+        co_await m_socket.async_read_some(asio::buffer(room.data(), room.size()), asTuple);
+    if (size > 0) peer.received(size);
+    if (error || size == 0) co_return;
+    flush();
+  }
+}
+
+void PeerSocket::send(ByteSpan bytes) {
+  m_out.insert(m_out.end(), bytes.begin(), bytes.end());
+  if (m_flushScheduled) return;
+  m_flushScheduled = true;
+  asio::post(m_strand, [self = shared_from_this()] {
+    self->m_flushScheduled = false;
+    self->flush();
+  });
+}
+
+void PeerSocket::flush() {
+  if (!m_connected || unsent() == 0) return;
+  asio::error_code error;
+  const std::size_t wrote =
+      m_socket.write_some(asio::buffer(m_out.data() + m_sent, unsent()), error);
+  m_sent += wrote;
+  if (m_sent == m_out.size()) {
+    m_out.clear();
+    m_sent = 0;
+  }
+  // Other errors show on the receiving side.
+  if (error == asio::error::would_block || (!error && unsent() > 0)) return waitWritable();
+  if (const auto peer = m_peer.lock()) peer->writable();
+}
+
+void PeerSocket::waitWritable() {
+  if (m_flushScheduled) return;
+  m_flushScheduled = true;
+  m_socket.async_wait(asio::ip::tcp::socket::wait_write,
+                      [self = shared_from_this()](asio::error_code error) {
+                        self->m_flushScheduled = false;
+                        if (!error) self->flush();
+                      });
+}
+
+void PeerSocket::close() {
+  asio::error_code ignored;
+  m_socket.close(ignored);
+  m_handshakeTimer.cancel();
+  m_connected = false;
+  m_out.clear();
+  m_sent = 0;
+}
+
+} // namespace vellum
