@@ -10,7 +10,7 @@ struct TorrentInfo {
   QString infoHash;                    // 40 lower-case hexadecimal digits
   std::vector<TorrentFileEntry> files; // empty for a magnet link
   QStringList trackers;
-  std::optional<QUrl> magnet;
+  std::optional<QString> magnet;  // as text: a QUrl would rewrite some of its escapes
   std::optional<QUrl> fileUrl;    // the .torrent file on disk; set by the caller, never by a parser
   std::int64_t totalSize() const; // bytes
 };
@@ -26,7 +26,7 @@ struct TorrentMetadata {
 
 // A magnet link with xt, dn and the four default trackers, every value percent-encoded but for
 // letters and digits.
-std::optional<QUrl> makeMagnet(const QString& hash, const QString& name);
+QString makeMagnet(const QString& hash, const QString& name);
 
 // The raw query items of a magnet link, in link order, percent-decoded. An item without "=" has no
 // value, which is not the same as an empty one. Nothing if the link has no query.

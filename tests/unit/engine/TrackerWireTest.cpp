@@ -1,5 +1,5 @@
-#include "Frames.h"
 #include "engine/TrackerWire.h"
+#include "Frames.h"
 #include <gtest/gtest.h>
 
 namespace vellum {
@@ -7,9 +7,7 @@ namespace {
 
 using test::bytesOf;
 
-ByteVector hex(const char* text) {
-  return toVector(asBytes(QByteArray::fromHex(text)));
-}
+ByteVector hex(const char* text) { return toVector(asBytes(QByteArray::fromHex(text))); }
 
 AnnounceRequest request() {
   AnnounceRequest out;
@@ -43,20 +41,21 @@ TEST(TrackerWire, UdpRepliesMustAnswerTheirTransaction) {
   const auto empty = parseUdpAnnounce(hex("0000000101020304000007080000000500000009"), id);
   ASSERT_TRUE(empty);
   EXPECT_EQ(*empty, (TrackerResult{{}, 9, 5}));
-  const auto peers =
-      parseUdpAnnounce(hex("00000001010203040000070800000005000000097f0000011ae10a000002000000"), id);
+  const auto peers = parseUdpAnnounce(
+      hex("00000001010203040000070800000005000000097f0000011ae10a000002000000"), id);
   ASSERT_TRUE(peers);
-  EXPECT_EQ(peers->peers, (std::vector<PeerAddr>{{QStringLiteral("127.0.0.1"), 6881}}));
-  for (const char* bad : {"00000001010203040000070800000005000000",     // 19 bytes
-                          "0000000301020304000007080000000500000009",   // an error reply
+  EXPECT_EQ(peers->peers, (std::vector<PeerAddr>{{QStringLiteral("127.0.0.1"), 6881},
+                                                 {QStringLiteral("10.0.0.2"), 0}}));
+  for (const char* bad : {"00000001010203040000070800000005000000",   // 19 bytes
+                          "0000000301020304000007080000000500000009", // an error reply
                           "0000000101020305000007080000000500000009"})
     EXPECT_FALSE(parseUdpAnnounce(hex(bad), id)) << bad;
 }
 
 TEST(TrackerWire, CompactListsKeepPortZeroAndDropARest) {
-  EXPECT_EQ(parseCompact(hex("01020304000005060708ffff09")),
-            (std::vector<PeerAddr>{{QStringLiteral("1.2.3.4"), 0},
-                                   {QStringLiteral("5.6.7.8"), 65535}}));
+  EXPECT_EQ(
+      parseCompact(hex("01020304000005060708ffff09")),
+      (std::vector<PeerAddr>{{QStringLiteral("1.2.3.4"), 0}, {QStringLiteral("5.6.7.8"), 65535}}));
 }
 
 TEST(TrackerWire, HttpAnnounceEscapesEveryByte) {

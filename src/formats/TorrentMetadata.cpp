@@ -1,0 +1,140 @@
+#include "formats/TorrentMetadata.h"
+#include "base/Addresses.h"
+#include "base/Sha1.h"
+#include "formats/InfoDictionary.h"
+#include <algorithm>
+#include <limits>
+
+namespace vellum {
+
+namespace {
+
+constexpr QStringView kMagnetScheme = u"magnet:";
+constexpr QStringView kHashPrefix = u"urn:btih:";
+constexpr QStringView kBase32 = u"ABCDEFGHIJKLMNOPQRSTUVWXYZ234567";
+
+QString percentDecoded(QStringView text) {
+  return QString::fromUtf8(QByteArray::fromPercentEncoding(text.toUtf8()));
+}
+
+// Only letters and digits stay as they are.
+QString percentEncoded(const QString& text) {
+  QString out;
+  for (const char c : text.toUtf8()) {
+    const auto byte = static_cast<unsigned char>(c);
+    const bool plain = (byte >= '0' && byte <= '9') || (byte >= 'a' && byte <= 'z') ||
+                       (byte >= 'A' && byte <= 'Z');
+    if (plain)
+      out += QLatin1Char(c);
+    else
+      out += u'%' + QStringLiteral("%1").arg(uint{byte}, 2, 16, QChar(u'0')).toUpper();
+  }
+  return out;
+}
+
+const QueryItem* firstNamed(const std::vector<QueryItem>& items, QStringView name) {
+  const auto found = std::find_if(items.begin(), items.end(),
+                                  [&](const QueryItem& item) { return item.name == name; });
+  return found != items.end() ? &*found : nullptr;
+}
+
+} // namespace
+
+std::int64_t TorrentInfo::totalSize() const {
+  std::int64_t total = 0;
+  for (const TorrentFileEntry& file : files)
+    if (__builtin_add_overflow(total, file.size, &total))
+      return std::numeric_limits<std::int64_t>::max();
+  return total;
+}
+
+TorrentInfo TorrentMetadata::parseTorrent(ByteSpan data) {
+  BencodeParser parser(data);
+  const auto root = parser.parse();
+  const Bencode* info = root ? root->find(QStringLiteral("info")) : nullptr;
+  if (info == nullptr || info->dict() == nullptr || !parser.infoRange())
+    throw TorrentParseError();
+  const auto [start, end] = *parser.infoRange();
+
+  TorrentInfo torrent;
+  torrent.infoHash = toHex(Sha1::of(data.subspan(start, end - start)));
+  torrent.name = torrentName(*info, QStringLiteral("Unnamed torrent"));
+  torrent.files = torrentFiles(*info, torrent.name);
+  torrent.trackers = torrentTrackers(*root);
+  torrent.trackers.removeDuplicates();
+  torrent.trackers.sort();
+  torrent.magnet = makeMagnet(torrent.infoHash, torrent.name);
+  return torrent;
+}
+
+std::optional<std::vector<QueryItem>> queryItems(const QString& url) {
+  const QString beforeFragment = url.section(u'#', 0, 0);
+  const qsizetype mark = beforeFragment.indexOf(u'?');
+  if (mark < 0)
+    return std::nullopt;
+  std::vector<QueryItem> items;
+  for (const QStringView part : QStringView(beforeFragment).mid(mark + 1).split(u'&')) {
+    const qsizetype equals = part.indexOf(u'=');
+    if (equals < 0)
+      items.push_back({percentDecoded(part), std::nullopt});
+    else
+      items.push_back({percentDecoded(part.left(equals)), percentDecoded(part.mid(equals + 1))});
+  }
+  return items;
+}
+
+std::optional<TorrentInfo> TorrentMetadata::parseMagnet(const QString& text) {
+  const QString link = text.trimmed();
+  const auto items = queryItems(link);
+  if (!link.startsWith(kMagnetScheme) || !items)
+    return std::nullopt;
+  const QueryItem* topic = firstNamed(*items, u"xt");
+  if (topic == nullptr || !topic->value)
+    return std::nullopt;
+  if (!topic->value->startsWith(kHashPrefix, Qt::CaseInsensitive))
+    return std::nullopt;
+
+  QString hash = topic->value->mid(kHashPrefix.size());
+  if (hash.size() == 32)
+    hash = base32ToHex(hash).value_or(hash);
+  if (!hash20FromHex(hash))
+    return std::nullopt;
+
+  TorrentInfo torrent;
+  const QueryItem* name = firstNamed(*items, u"dn");
+  torrent.name = name != nullptr && name->value ? *name->value : hash;
+  torrent.infoHash = hash.toLower();
+  for (const QueryItem& item : *items)
+    if (item.name == u"tr" && item.value)
+      torrent.trackers.append(*item.value);
+  torrent.magnet = link;
+  return torrent;
+}
+
+std::optional<QString> TorrentMetadata::base32ToHex(const QString& text) {
+  ByteVector bytes;
+  std::uint32_t accumulator = 0;
+  int bits = 0;
+  for (const QChar c : text.toUpper()) {
+    const qsizetype index = kBase32.indexOf(c);
+    if (index < 0)
+      return std::nullopt;
+    accumulator = accumulator << 5 | static_cast<std::uint32_t>(index);
+    bits += 5;
+    if (bits < 8)
+      continue;
+    bits -= 8;
+    bytes.push_back(std::byte(accumulator >> bits & 0xFF));
+  }
+  return toHex(bytes);
+}
+
+QString makeMagnet(const QString& hash, const QString& name) {
+  QString link = QStringLiteral("magnet:?xt=") + percentEncoded(kHashPrefix.toString() + hash) +
+                 QStringLiteral("&dn=") + percentEncoded(name);
+  for (const QString& tracker : addresses::defaultTrackers())
+    link += QStringLiteral("&tr=") + percentEncoded(tracker);
+  return link;
+}
+
+} // namespace vellum
