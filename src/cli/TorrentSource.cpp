@@ -1,0 +1,73 @@
+#include "cli/TorrentSource.h"
+#include "formats/TorrentMetadata.h"
+#include "net/NetError.h"
+#include "playback/StreamRules.h"
+#include <QCoreApplication>
+#include <QFile>
+
+namespace vellum {
+
+namespace {
+
+using Opened = std::variant<TorrentSource, StreamFailure>;
+
+constexpr qint64 kLargestTorrentFile = 64 * kMiB; // bytes
+
+StreamFailure nothingToStream() {
+  return StreamFailure::other(QCoreApplication::translate(
+      "StreamFailure", "This result has no magnet link or torrent file to stream."));
+}
+
+Opened fromTorrentFile(const QByteArray& bytes) {
+  auto file = TorrentMeta::parseTorrentFile(asBytes(bytes));
+  if (!file) return nothingToStream();
+  TorrentSource source;
+  source.hash = file->hash;
+  source.trackers = file->trackers;
+  source.title = file->meta.name;
+  source.meta = std::make_shared<const TorrentMeta>(std::move(file->meta));
+  return source;
+}
+
+Opened fromMagnet(const QString& text) {
+  const auto info = TorrentMetadata::parseMagnet(text);
+  const auto hash = info ? hash20FromHex(info->infoHash) : std::nullopt;
+  if (!hash) return nothingToStream();
+  return TorrentSource{*hash, info->trackers, info->name, nullptr, directPeers(text)};
+}
+
+Opened fromPath(const QString& path) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly))
+    return StreamFailure::other(QCoreApplication::translate("CommandLine", "Couldn't read %1: %2.")
+                                    .arg(path, file.errorString()));
+  return fromTorrentFile(file.read(kLargestTorrentFile));
+}
+
+Flow<Opened> fromAddress(QUrl url, FetchData fetch) {
+  QString reason;
+  try {
+    co_return fromTorrentFile(co_await fetch(url, kTorrentFetchTimeout));
+  } catch (const NetError& error) {
+    reason = error.errorDescription();
+  }
+  co_return StreamFailure::other(
+      QCoreApplication::translate("StreamFailure", "Couldn't download the .torrent file: %1")
+          .arg(reason));
+}
+
+} // namespace
+
+Flow<Opened> openTorrentSource(QString text, FetchData fetch) {
+  const QString trimmed = text.trimmed();
+  if (trimmed.startsWith(QLatin1String("magnet:"), Qt::CaseInsensitive))
+    co_return fromMagnet(trimmed);
+  if (const auto hash = hash20FromHex(trimmed))
+    co_return TorrentSource{*hash, {}, trimmed.toLower(), nullptr, {}};
+  for (const char* scheme : {"http://", "https://"})
+    if (trimmed.startsWith(QLatin1String(scheme), Qt::CaseInsensitive))
+      co_return co_await fromAddress(QUrl(trimmed), fetch);
+  co_return fromPath(text);
+}
+
+} // namespace vellum

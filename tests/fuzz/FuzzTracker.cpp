@@ -1,0 +1,15 @@
+// Replies of a hostile tracker, over UDP and HTTP.
+#include "engine/TrackerWire.h"
+#include <cstdlib>
+
+using namespace vellum;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const auto bytes = std::as_bytes(std::span(data, size));
+  constexpr std::uint32_t id = 0x01020304;
+  parseUdpConnect(bytes, id);
+  if (const auto result = parseUdpAnnounce(bytes, id))
+    if (result->peers.size() != (size - 20) / 6) std::abort();
+  parseHttpAnnounce(bytes);
+  return 0;
+}
