@@ -6,6 +6,7 @@ namespace vellum {
 
 namespace {
 constexpr auto asTuple = asio::experimental::as_tuple(asio::use_awaitable);
+constexpr int kReadsPerTurn = 8;
 }
 
 PeerSocket::PeerSocket(const Strand& strand)
@@ -49,15 +50,36 @@ Flow<> PeerSocket::receive(PeerConn& peer) {
     const auto room = peer.receiveRoom().first(FrameBuffer::kReadSize);
     const auto [error, size] =
         co_await m_socket.async_read_some(asio::buffer(room.data(), room.size()), asTuple);
-    if (size > 0) peer.received(size);
     if (error || size == 0) co_return;
-    flush();
+    takeIn(peer, size);
+    if (!drain(peer)) co_return;
   }
+}
+
+// Takes what has arrived meanwhile without a trip through the reactor; a few reads, since other
+// peers wait for the strand. False at the end of the connection.
+bool PeerSocket::drain(PeerConn& peer) {
+  for (int i = 0; i < kReadsPerTurn && !peer.isClosed(); ++i) {
+    const auto room = peer.receiveRoom().first(FrameBuffer::kReadSize);
+    asio::error_code error;
+    const std::size_t size = m_socket.read_some(asio::buffer(room.data(), room.size()), error);
+    if (error == asio::error::would_block) return true;
+    if (error || size == 0) return false;
+    takeIn(peer, size);
+  }
+  return true;
+}
+
+void PeerSocket::takeIn(PeerConn& peer, std::size_t size) {
+  m_inTurn = true;
+  peer.received(size);
+  m_inTurn = false;
+  flush();
 }
 
 void PeerSocket::send(ByteSpan bytes) {
   m_out.insert(m_out.end(), bytes.begin(), bytes.end());
-  if (m_flushScheduled) return;
+  if (m_flushScheduled || m_inTurn) return;
   m_flushScheduled = true;
   asio::post(m_strand, [self = shared_from_this()] {
     self->m_flushScheduled = false;
@@ -77,7 +99,8 @@ void PeerSocket::flush() {
   }
   // Other errors show on the receiving side.
   if (error == asio::error::would_block || (!error && unsent() > 0)) return waitWritable();
-  if (const auto peer = m_peer.lock()) peer->writable();
+  const auto peer = m_peer.lock();
+  if (!error && peer) peer->writable();
 }
 
 void PeerSocket::waitWritable() {

@@ -26,6 +26,8 @@ public:
 private:
   Flow<> connect(const PeerAddr& address);
   Flow<> receive(PeerConn& peer);
+  bool drain(PeerConn& peer);
+  void takeIn(PeerConn& peer, std::size_t size);
   void watchHandshake(const std::shared_ptr<PeerConn>& peer);
   void flush();
   void waitWritable();
@@ -37,6 +39,7 @@ private:
   ByteVector m_out;
   std::size_t m_sent = 0;        // bytes of m_out that are gone
   bool m_connected = false;
+  bool m_inTurn = false; // the peer handles what was received; a flush follows
   bool m_flushScheduled = false; // a flush will come by itself
 };
 
