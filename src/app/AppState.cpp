@@ -1,0 +1,44 @@
+#include "app/AppState.h"
+
+namespace vellum {
+
+// Answers the engine's questions from settings, cache and stream server.
+class AppState::EngineSurroundings final : public TorrentEngine::Surroundings {
+public:
+  EngineSurroundings(Runtime& runtime, SettingsStore& settings, CacheManager& cache,
+                     const Options& options)
+      : m_runtime(runtime), m_settings(settings), m_cache(cache), m_options(options) {}
+
+  QString streamsDirectory() override {
+    if (!m_options.streamsDirectory.isEmpty())
+      return m_options.streamsDirectory;
+    return m_cache.torrentDir() + QStringLiteral("/streams");
+  }
+  bool stopSeedingOnClose() const override { return m_settings.stopSeedingOnClose(); }
+  bool keepAfterPlayback() const override {
+    return m_options.keep.value_or(m_settings.keepAfterPlayback());
+  }
+  std::function<std::int64_t()> uploadLimit() const override {
+    return
+        [&preferences = m_runtime.preferences] { return SettingsStore::uploadLimit(preferences); };
+  }
+  void sessionEnded(const QString& key) override {
+    m_runtime.server.unregisterSource(key);
+    m_cache.refresh();
+  }
+
+private:
+  Runtime& m_runtime;
+  SettingsStore& m_settings;
+  CacheManager& m_cache;
+  Options m_options;
+};
+
+AppState::AppState(Runtime& runtime, const Options& options)
+    : settings(runtime.preferences), cache(settings, runtime.main, runtime.pool, runtime.http),
+      m_surroundings(std::make_unique<EngineSurroundings>(runtime, settings, cache, options)),
+      engine(runtime.sessionEnvironment(options.defaultTrackers), *m_surroundings) {}
+
+AppState::~AppState() = default;
+
+} // namespace vellum

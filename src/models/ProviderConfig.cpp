@@ -1,0 +1,115 @@
+#include "models/ProviderConfig.h"
+#include <QCoreApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+
+namespace vellum {
+
+namespace {
+
+QString tr(const char* text) { return QCoreApplication::translate("ProviderKind", text); }
+
+// The value under a key, or the default if it is missing; `good` falls if it has another type.
+QJsonValue valueOr(const QJsonObject& object, const char* key, const QJsonValue& otherwise,
+                   bool& good) {
+  const QJsonValue value = object.value(QLatin1String(key));
+  if (value.isUndefined())
+    return otherwise;
+  good = good && value.type() == otherwise.type();
+  return value;
+}
+
+} // namespace
+
+QString rawValue(ProviderKind kind) {
+  switch (kind) {
+  case ProviderKind::ArchiveOrg:
+    return QStringLiteral("archiveOrg");
+  case ProviderKind::Apibay:
+    return QStringLiteral("apibay");
+  case ProviderKind::Yts:
+    return QStringLiteral("yts");
+  case ProviderKind::Torznab:
+    return QStringLiteral("torznab");
+  }
+  return {};
+}
+
+std::optional<ProviderKind> providerKind(const QString& raw) {
+  for (const ProviderKind kind : kProviderKinds)
+    if (rawValue(kind) == raw)
+      return kind;
+  return std::nullopt;
+}
+
+QString label(ProviderKind kind) {
+  switch (kind) {
+  case ProviderKind::ArchiveOrg:
+    return tr("Vidarium");
+  case ProviderKind::Apibay:
+    return tr("ApiBay-compatible JSON");
+  case ProviderKind::Yts:
+    return tr("YTS-compatible JSON");
+  case ProviderKind::Torznab:
+    return tr("Torznab (Jackett/Prowlarr)");
+  }
+  return {};
+}
+
+QJsonObject ProviderConfig::toJson() const {
+  return {{QStringLiteral("id"), id.toString(QUuid::WithoutBraces).toUpper()},
+          {QStringLiteral("name"), name},
+          {QStringLiteral("kind"), rawValue(kind)},
+          {QStringLiteral("baseURL"), baseURL},
+          {QStringLiteral("apiKey"), apiKey},
+          {QStringLiteral("enabled"), enabled},
+          {QStringLiteral("mirrors"), QJsonArray::fromStringList(mirrors)}};
+}
+
+std::optional<ProviderConfig> ProviderConfig::fromJson(const QJsonObject& object) {
+  ProviderConfig config;
+  const QJsonValue name = object.value(QLatin1String("name"));
+  const auto kind = providerKind(object.value(QLatin1String("kind")).toString());
+  if (!name.isString() || !kind)
+    return std::nullopt;
+  config.name = name.toString();
+  config.kind = *kind;
+
+  bool good = true;
+  const QString id = valueOr(object, "id", config.id.toString(), good).toString();
+  config.id = QUuid::fromString(id);
+  config.baseURL = valueOr(object, "baseURL", QString(), good).toString();
+  config.apiKey = valueOr(object, "apiKey", QString(), good).toString();
+  config.enabled = valueOr(object, "enabled", true, good).toBool();
+  for (const QJsonValue& mirror : valueOr(object, "mirrors", QJsonArray(), good).toArray()) {
+    good = good && mirror.isString();
+    config.mirrors.append(mirror.toString());
+  }
+  if (!good || config.id.isNull())
+    return std::nullopt;
+  return config;
+}
+
+QByteArray toJson(const std::vector<ProviderConfig>& list) {
+  QJsonArray array;
+  for (const ProviderConfig& config : list)
+    array.append(config.toJson());
+  return QJsonDocument(array).toJson(QJsonDocument::Compact);
+}
+
+std::optional<std::vector<ProviderConfig>> providersFromJson(const QByteArray& bytes) {
+  const QJsonDocument document = QJsonDocument::fromJson(bytes);
+  if (!document.isArray())
+    return std::nullopt;
+  std::vector<ProviderConfig> list;
+  for (const QJsonValue& value : document.array()) {
+    const auto config =
+        value.isObject() ? ProviderConfig::fromJson(value.toObject()) : std::nullopt;
+    if (!config)
+      return std::nullopt;
+    list.push_back(*config);
+  }
+  return list;
+}
+
+} // namespace vellum

@@ -1,0 +1,44 @@
+// One answer on its way into memory: its total time-out, its size limit and its end.
+#pragma once
+#include "net/NetError.h"
+#include <QObject>
+#include <QTimer>
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+class QNetworkReply;
+
+namespace vellum {
+
+// Lives on the main thread, as a child of its reply, which it disposes of when it has ended.
+class Download final : public QObject {
+public:
+  struct Outcome {
+    QByteArray body;
+    std::optional<NetError> error; // of a body that is not good
+  };
+  // Called once, on the main thread; not at all if the reply is destroyed before its end.
+  using Finished = std::function<void(Outcome)>;
+
+  // `timeout` bounds the whole, not a pause. A body of more than `maxBytes` fails.
+  Download(QNetworkReply& reply, std::chrono::milliseconds timeout, std::int64_t maxBytes,
+           Finished finished);
+
+  // Ends it at once with the platform's "canceled".
+  void abort();
+
+private:
+  void take();
+  void finish();
+  void end(std::optional<NetError> error);
+
+  QNetworkReply& m_reply;
+  const std::int64_t m_maxBytes;
+  Finished m_finished;
+  QTimer m_timer;
+  QByteArray m_body;
+};
+
+} // namespace vellum

@@ -1,0 +1,164 @@
+#include "net/HttpClient.h"
+#include "net/Download.h"
+#include <QNetworkAccessManager>
+#include <QNetworkDiskCache>
+#include <QNetworkReply>
+#include <QPointer>
+
+namespace vellum {
+
+namespace {
+
+bool isFetchable(const QUrl& url) {
+  const QString scheme = url.scheme();
+  const bool isWeb = scheme == QLatin1String("http") || scheme == QLatin1String("https");
+  return url.isValid() && isWeb && !url.host().isEmpty();
+}
+
+} // namespace
+
+// The network stack and its cache. Main thread only.
+class HttpClient::Requests {
+public:
+  Requests() = default;
+  ~Requests() {
+    if (!m_manager)
+      return;
+    const auto replies = m_manager->findChildren<QNetworkReply*>(Qt::FindDirectChildrenOnly);
+    for (QNetworkReply* reply : replies)
+      reply->abort();
+  }
+  Requests(const Requests&) = delete;
+  Requests& operator=(const Requests&) = delete;
+
+  QPointer<Download> start(const QUrl& url, std::chrono::milliseconds timeout,
+                           std::int64_t maxBytes, Download::Finished finished) {
+    QNetworkRequest request(url);
+    request.setRawHeader("User-Agent", "VellumApp/1.0 (macOS)");
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                         QNetworkRequest::NoLessSafeRedirectPolicy);
+    return new Download(*manager().get(request), timeout, maxBytes, std::move(finished));
+  }
+
+  void setCacheDirectory(const QString& directory) {
+    m_cacheDirectory = directory;
+    if (m_manager)
+      installCache();
+  }
+
+  void clearCache() {
+    if (m_cacheDirectory.isEmpty())
+      return;
+    if (m_manager)
+      return m_manager->cache()->clear();
+    QNetworkDiskCache cache;
+    cache.setCacheDirectory(m_cacheDirectory);
+    cache.clear();
+  }
+
+private:
+  QNetworkAccessManager& manager() {
+    if (!m_manager) {
+      m_manager = std::make_unique<QNetworkAccessManager>();
+      if (!m_cacheDirectory.isEmpty())
+        installCache();
+    }
+    return *m_manager;
+  }
+
+  void installCache() {
+    auto* cache = new QNetworkDiskCache; // the manager takes it, and drops the one before
+    cache->setCacheDirectory(m_cacheDirectory);
+    cache->setMaximumCacheSize(kDiskCacheSize);
+    m_manager->setCache(cache);
+  }
+
+  QString m_cacheDirectory;
+  std::unique_ptr<QNetworkAccessManager> m_manager;
+};
+
+// The awaiting side of a fetch. The handler belongs to the awaiting coroutine's executor: the main
+// thread only ever posts to that, and a cancellation, which comes on that executor, only ever posts
+// to the main thread. All members are touched on the main thread alone.
+template <class Handler>
+struct HttpClient::Waiting {
+  explicit Waiting(Handler h) : handler(std::move(h)) {}
+
+  void complete(asio::error_code error, Download::Outcome outcome) {
+    if (!handler)
+      return;
+    Handler taken = std::move(*handler);
+    handler.reset();
+    const auto executor = asio::get_associated_executor(taken);
+    asio::post(executor, [taken = std::move(taken), error, outcome = std::move(outcome)]() mutable {
+      std::move(taken)(error, std::move(outcome));
+    });
+  }
+  void cancel() {
+    complete(asio::error::operation_aborted, {});
+    if (download)
+      download->abort();
+  }
+
+  std::optional<Handler> handler; // nothing once completed
+  QPointer<Download> download;
+};
+
+Flow<QByteArray> HttpClient::fetch(MainLoop& main, std::weak_ptr<Requests> requests, QUrl url,
+                                   std::chrono::milliseconds timeout, std::int64_t maxBytes) {
+  if (!isFetchable(url))
+    throw NetError::badURL();
+  auto initiate = [&](auto handler) {
+    const auto slot = asio::get_associated_cancellation_slot(handler);
+    const auto waiting = std::make_shared<Waiting<decltype(handler)>>(std::move(handler));
+    if (slot.is_connected())
+      asio::cancellation_slot(slot).assign(
+          [&main, late = std::weak_ptr(waiting)](asio::cancellation_type) {
+            main.post([late] {
+              if (const auto held = late.lock())
+                held->cancel();
+            });
+          });
+    main.post([waiting, requests, url, timeout, maxBytes] {
+      const auto alive = requests.lock();
+      if (!alive)
+        waiting->complete(asio::error::operation_aborted, {});
+      else if (waiting->handler) // else it was cancelled before it began
+        waiting->download =
+            alive->start(url, timeout, maxBytes, [waiting](Download::Outcome outcome) {
+              waiting->complete({}, std::move(outcome));
+            });
+    });
+  };
+  Download::Outcome outcome =
+      co_await asio::async_initiate<const asio::use_awaitable_t<>&,
+                                    void(asio::error_code, Download::Outcome)>(initiate,
+                                                                               asio::use_awaitable);
+  if (outcome.error)
+    throw NetError(*outcome.error);
+  co_return std::move(outcome.body);
+}
+
+HttpClient::HttpClient(MainLoop& main) : m_main(main), m_requests(std::make_shared<Requests>()) {}
+
+HttpClient::~HttpClient() = default;
+
+Flow<QByteArray> HttpClient::fetchData(QUrl url, std::chrono::milliseconds timeout,
+                                       std::int64_t maxBytes) {
+  return fetch(m_main, m_requests, std::move(url), timeout, maxBytes);
+}
+
+FetchData HttpClient::fetcher() {
+  return [&main = m_main, requests = std::weak_ptr(m_requests)](QUrl url,
+                                                                std::chrono::milliseconds timeout) {
+    return fetch(main, requests, std::move(url), timeout, kLargestBody);
+  };
+}
+
+void HttpClient::setCacheDirectory(const QString& directory) {
+  m_requests->setCacheDirectory(directory);
+}
+
+void HttpClient::clearCache() { m_requests->clearCache(); }
+
+} // namespace vellum

@@ -1,0 +1,58 @@
+// The one folder of everything that may be thrown away: measured, kept within limits, emptied.
+#pragma once
+#include "base/IoPool.h"
+#include "base/MainLoop.h"
+#include "net/HttpClient.h"
+#include "storage/SettingsStore.h"
+#include <QObject>
+#include <memory>
+
+namespace vellum {
+
+// Main thread; walks and removals run on the pool's workers. Every failure of the file system is
+// passed over. Symbolic links are never followed: what they lead to is not the cache's.
+class CacheManager final : public QObject {
+  Q_OBJECT
+  Q_PROPERTY(qint64 usedBytes READ usedBytes NOTIFY measured)
+  Q_PROPERTY(qint64 freeBytes READ freeBytes NOTIFY measured)
+
+public:
+  // All outlive it. Installs the HTTP cache, measures, and enforces the limits.
+  CacheManager(SettingsStore& settings, MainLoop& main, IoPool& pool, HttpClient& http);
+  ~CacheManager() override;
+
+  // Allocated bytes of all files below the cache folder, and free bytes where downloads go; 0
+  // until the first measurement has ended.
+  qint64 usedBytes() const { return m_usedBytes; }
+  qint64 freeBytes() const { return m_freeBytes; }
+
+  // The folder of the torrents; made at each call.
+  QString torrentDir() const;
+
+  void refresh();
+  // Removes files by the age and size limits, and measures. At start only, before any session.
+  void enforce();
+  // Empties the cache, and measures. A running session keeps its open file until it stops.
+  void clear();
+  void configureURLCache();
+
+  static std::int64_t freeSpace(const QString& path);
+  static std::int64_t directorySize(const QString& path);
+
+Q_SIGNALS:
+  void measured();
+
+private:
+  // Runs `work` on a worker and then measures.
+  void inBackground(std::function<void()> work);
+
+  SettingsStore& m_settings;
+  MainLoop& m_main;
+  IoPool& m_pool;
+  HttpClient& m_http;
+  qint64 m_usedBytes = 0;
+  qint64 m_freeBytes = 0;
+  std::shared_ptr<bool> m_alive = std::make_shared<bool>(true); // for results that come late
+};
+
+} // namespace vellum
