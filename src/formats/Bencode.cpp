@@ -1,4 +1,5 @@
 #include "formats/Bencode.h"
+#include "formats/Utf8.h"
 #include <algorithm>
 #include <charconv>
 
@@ -26,11 +27,6 @@ std::optional<std::int64_t> parseDecimal(ByteSpan text) {
   return value;
 }
 
-QString decoded(ByteSpan bytes) {
-  return QString::fromUtf8(reinterpret_cast<const char*>(bytes.data()),
-                           static_cast<qsizetype>(bytes.size()));
-}
-
 } // namespace
 
 QString TorrentParseError::errorDescription() {
@@ -56,7 +52,7 @@ const Bencode::Dict* Bencode::dict() const { return std::get_if<Dict>(&m_value);
 std::optional<QString> Bencode::string() const {
   if (bytes() == nullptr)
     return std::nullopt;
-  return decoded(*bytes());
+  return utf8Text(*bytes());
 }
 
 const Bencode* Bencode::find(const QString& key) const {
@@ -96,7 +92,7 @@ std::optional<Bencode> BencodeParser::parseDict(int depth) {
     auto value = parse(depth + 1);
     if (!value)
       return std::nullopt;
-    const QString name = decoded(*key->bytes());
+    const QString name = utf8Text(*key->bytes());
     if (depth == 0 && name == QLatin1String("info"))
       m_infoRange.emplace(start, m_pos);
     dict.insert_or_assign(name, std::move(*value));
@@ -144,7 +140,8 @@ std::optional<Bencode> BencodeParser::parseBytes() {
   const auto length = parseDecimal(text.first(digits));
   m_pos += digits + 1;
   const auto rest = m_input.subspan(m_pos);
-  if (!length || *length < 0 || static_cast<std::uint64_t>(*length) > rest.size())
+  // Never negative: its first byte is a digit.
+  if (!length || static_cast<std::uint64_t>(*length) > rest.size())
     return std::nullopt;
   const auto size = static_cast<std::size_t>(*length);
   m_pos += size;

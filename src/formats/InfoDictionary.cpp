@@ -29,8 +29,10 @@ QString torrentName(const Bencode& info, const QString& fallback) {
   return fallback;
 }
 
-std::vector<TorrentFileEntry> torrentFiles(const Bencode& info, const QString& name) {
+std::optional<std::vector<TorrentFileEntry>> torrentFiles(const Bencode& info,
+                                                          const QString& name) {
   std::vector<TorrentFileEntry> files;
+  qsizetype pathText = 0;
   const Bencode* list = info.find(QStringLiteral("files"));
   if (list != nullptr && list->list() != nullptr) {
     for (const Bencode& entry : *list->list()) {
@@ -39,6 +41,10 @@ std::vector<TorrentFileEntry> torrentFiles(const Bencode& info, const QString& n
         continue;
       QStringList path = byteStrings(firstOf(entry, "path.utf-8", "path"));
       path.prepend(name);
+      for (const QString& component : path)
+        pathText += component.size() + 1;
+      if (pathText > kMostPathText)
+        return std::nullopt;
       files.push_back({path.join(u'/'), *length->integer()});
     }
     return files;

@@ -55,8 +55,11 @@ std::optional<TorrentMeta> TorrentMeta::parse(ByteSpan infoRaw) {
   TorrentMeta meta;
   meta.name = torrentName(*info, QStringLiteral("Unnamed"));
   meta.pieceLength = *pieceLength->integer();
-  meta.files = torrentFiles(*info, meta.name);
-  if (meta.files.empty() || !addUp(meta))
+  auto files = torrentFiles(*info, meta.name);
+  if (!files || files->empty())
+    return std::nullopt;
+  meta.files = std::move(*files);
+  if (!addUp(meta))
     return std::nullopt;
   meta.hashes = cut(*pieces->bytes());
   if (!hashesCover(meta))
@@ -66,15 +69,17 @@ std::optional<TorrentMeta> TorrentMeta::parse(ByteSpan infoRaw) {
 
 std::optional<TorrentMeta::TorrentFile> TorrentMeta::parseTorrentFile(ByteSpan data) {
   BencodeParser parser(data);
-  const auto root = parser.parse();
+  auto root = parser.parse();
   if (!root || root->dict() == nullptr || !parser.infoRange())
     return std::nullopt;
   const auto [start, end] = *parser.infoRange();
   const ByteSpan infoRaw = data.subspan(start, end - start);
+  QStringList trackers = torrentTrackers(*root);
+  root.reset(); // a second tree is about to be made
   auto meta = parse(infoRaw);
   if (!meta)
     return std::nullopt;
-  return TorrentFile{Sha1::of(infoRaw), std::move(*meta), torrentTrackers(*root)};
+  return TorrentFile{Sha1::of(infoRaw), std::move(*meta), std::move(trackers)};
 }
 
 } // namespace vellum

@@ -2,6 +2,7 @@
 #include "base/Addresses.h"
 #include "base/Sha1.h"
 #include "formats/InfoDictionary.h"
+#include "formats/Utf8.h"
 #include <algorithm>
 #include <limits>
 
@@ -13,23 +14,33 @@ constexpr QStringView kMagnetScheme = u"magnet:";
 constexpr QStringView kHashPrefix = u"urn:btih:";
 constexpr QStringView kBase32 = u"ABCDEFGHIJKLMNOPQRSTUVWXYZ234567";
 
+int hexDigit(char c) {
+  if (c >= '0' && c <= '9')
+    return c - '0';
+  if (c >= 'a' && c <= 'f')
+    return c - 'a' + 10;
+  if (c >= 'A' && c <= 'F')
+    return c - 'A' + 10;
+  return -1;
+}
+
+// A "%" without two digits behind it stands for itself; Qt's own decoder makes noise of it.
 QString percentDecoded(QStringView text) {
-  return QString::fromUtf8(QByteArray::fromPercentEncoding(text.toUtf8()));
+  const QByteArray in = text.toUtf8();
+  QByteArray out;
+  for (qsizetype i = 0; i < in.size(); ++i) {
+    const bool escaped =
+        in[i] == '%' && i + 2 < in.size() && hexDigit(in[i + 1]) >= 0 && hexDigit(in[i + 2]) >= 0;
+    out += escaped ? static_cast<char>(hexDigit(in[i + 1]) << 4 | hexDigit(in[i + 2])) : in[i];
+    if (escaped)
+      i += 2;
+  }
+  return utf8Text(asBytes(out));
 }
 
 // Only letters and digits stay as they are.
 QString percentEncoded(const QString& text) {
-  QString out;
-  for (const char c : text.toUtf8()) {
-    const auto byte = static_cast<unsigned char>(c);
-    const bool plain = (byte >= '0' && byte <= '9') || (byte >= 'a' && byte <= 'z') ||
-                       (byte >= 'A' && byte <= 'Z');
-    if (plain)
-      out += QLatin1Char(c);
-    else
-      out += u'%' + QStringLiteral("%1").arg(uint{byte}, 2, 16, QChar(u'0')).toUpper();
-  }
-  return out;
+  return QString::fromLatin1(text.toUtf8().toPercentEncoding({}, "-._~"));
 }
 
 const QueryItem* firstNamed(const std::vector<QueryItem>& items, QStringView name) {
@@ -41,10 +52,11 @@ const QueryItem* firstNamed(const std::vector<QueryItem>& items, QStringView nam
 } // namespace
 
 std::int64_t TorrentInfo::totalSize() const {
+  using Limits = std::numeric_limits<std::int64_t>;
   std::int64_t total = 0;
   for (const TorrentFileEntry& file : files)
     if (__builtin_add_overflow(total, file.size, &total))
-      return std::numeric_limits<std::int64_t>::max();
+      return file.size < 0 ? Limits::min() : Limits::max();
   return total;
 }
 
@@ -59,7 +71,10 @@ TorrentInfo TorrentMetadata::parseTorrent(ByteSpan data) {
   TorrentInfo torrent;
   torrent.infoHash = toHex(Sha1::of(data.subspan(start, end - start)));
   torrent.name = torrentName(*info, QStringLiteral("Unnamed torrent"));
-  torrent.files = torrentFiles(*info, torrent.name);
+  auto files = torrentFiles(*info, torrent.name);
+  if (!files)
+    throw TorrentParseError();
+  torrent.files = std::move(*files);
   torrent.trackers = torrentTrackers(*root);
   torrent.trackers.removeDuplicates();
   torrent.trackers.sort();

@@ -1,5 +1,6 @@
 // The light description of a torrent that the inspector shows, and magnet links. Pure; any thread.
 #pragma once
+#include "formats/Bencode.h"
 #include "formats/TorrentMeta.h"
 #include <QUrl>
 
@@ -12,7 +13,7 @@ struct TorrentInfo {
   QStringList trackers;
   std::optional<QString> magnet;  // as text: a QUrl would rewrite some of its escapes
   std::optional<QUrl> fileUrl;    // the .torrent file on disk; set by the caller, never by a parser
-  std::int64_t totalSize() const; // bytes
+  std::int64_t totalSize() const; // bytes; a sum beyond 64 bits stops at their end
 };
 
 struct TorrentMetadata {
@@ -20,7 +21,7 @@ struct TorrentMetadata {
   static TorrentInfo parseTorrent(ByteSpan data);
   // Nothing if the text is no valid magnet link.
   static std::optional<TorrentInfo> parseMagnet(const QString& text);
-  // RFC 4648 alphabet, no padding; nothing for a character outside it.
+  // RFC 4648 alphabet, either case, no padding; nothing for a character outside it.
   static std::optional<QString> base32ToHex(const QString& text);
 };
 

@@ -1,0 +1,30 @@
+#include "Require.h"
+#include "formats/Bencode.h"
+
+using namespace vellum;
+using fuzz::require;
+
+// What was read lies within the input, and the same bytes alone are read alike.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const ByteSpan input = std::as_bytes(std::span(data, size));
+  BencodeParser parser(input);
+  const auto value = parser.parse();
+  if (!value)
+    return 0;
+  require(parser.pos() > 0 && parser.pos() <= size);
+
+  BencodeParser again(input.first(parser.pos()));
+  require(again.parse().has_value() && again.pos() == parser.pos());
+  require(again.infoRange() == parser.infoRange());
+  if (parser.pos() > 1)
+    require(!BencodeParser(input.first(parser.pos() - 1)).parse());
+
+  const auto range = parser.infoRange();
+  require(range.has_value() == (value->find(QStringLiteral("info")) != nullptr));
+  if (range) {
+    require(range->first < range->second && range->second < parser.pos());
+    BencodeParser info(input.subspan(range->first, range->second - range->first));
+    require(info.parse().has_value() && info.pos() == range->second - range->first);
+  }
+  return 0;
+}
