@@ -12,10 +12,13 @@
 #include <asio/steady_timer.hpp>
 #include <asio/strand.hpp>
 #include <asio/use_awaitable.hpp>
+#include <atomic>
 #include <exception>
+#include <functional>
 #include <future>
 #include <list>
 #include <memory>
+#include <optional>
 #include <type_traits>
 #include <utility>
 
@@ -69,32 +72,40 @@ auto syncOn(const Executor& executor, F f) {
   return asio::dispatch(executor, std::packaged_task<Result()>(std::move(f))).get();
 }
 
-// Runs f (which must not throw) on `executor`; the awaiting coroutine goes on where it was. It
-// cannot be cancelled on the way: f is expected to be short.
+// The meeting point of asyncOn: whoever comes second, result or waiter, finds the other.
+template <class Result> class Hop {
+public:
+  bool isDone() const { return m_state.load(std::memory_order_acquire) == State::Done; }
+  void finish(Result result) {
+    m_result.emplace(std::move(result));
+    if (m_state.exchange(State::Done) == State::Waiting) m_resume();
+  }
+  template <class Handler> void wait(Handler handler) {
+    auto held = std::make_shared<Handler>(std::move(handler));
+    m_resume = [held] { asio::post(std::move(*held)); };
+    if (m_state.exchange(State::Waiting) == State::Done) m_resume();
+  }
+  Result take() { return std::move(*m_result); }
+
+private:
+  enum class State { Empty, Waiting, Done };
+  std::atomic<State> m_state = State::Empty;
+  std::optional<Result> m_result;
+  std::function<void()> m_resume;
+};
+
+// Runs f (which must not throw) on `executor`; the awaiting coroutine goes on where it was, and
+// without a pause when the executor was free to run f at once. It cannot be cancelled on the way:
+// f is expected to be short.
 template <class Executor, class F>
 auto asyncOn(Executor executor, F f) -> Flow<std::invoke_result_t<F&>> {
   using Result = std::invoke_result_t<F&>;
-  if constexpr (std::is_void_v<Result>) {
+  const auto hop = std::make_shared<Hop<Result>>();
+  asio::dispatch(executor, [hop, f = std::move(f)]() mutable { hop->finish(f()); });
+  if (!hop->isDone())
     co_await asio::async_initiate<const asio::use_awaitable_t<>&, void()>(
-        [&executor, &f](auto handler) {
-          asio::post(executor, [f = std::move(f), handler = std::move(handler)]() mutable {
-            f();
-            asio::post(std::move(handler));
-          });
-        },
-        asio::use_awaitable);
-  } else {
-    co_return co_await asio::async_initiate<const asio::use_awaitable_t<>&, void(Result)>(
-        [&executor, &f](auto handler) {
-          asio::post(executor, [f = std::move(f), handler = std::move(handler)]() mutable {
-            const auto home = asio::get_associated_executor(handler);
-            asio::post(home, [handler = std::move(handler), result = f()]() mutable {
-              std::move(handler)(std::move(result));
-            });
-          });
-        },
-        asio::use_awaitable);
-  }
+        [hop](auto handler) { hop->wait(std::move(handler)); }, asio::use_awaitable);
+  co_return hop->take();
 }
 
 // Waits on the coroutine's own executor; throws asio::system_error when cancelled.

@@ -164,7 +164,7 @@ Flow<std::size_t> TorrentSession::readAsync(std::int64_t abs, std::span<std::byt
 }
 
 void TorrentSession::setPlayhead(std::int64_t pos) {
-  asio::post(m_strand, [runner = m_runner, pos] { runner->core().setPlayhead(pos); });
+  asio::dispatch(m_strand, [runner = m_runner, pos] { runner->core().setPlayhead(pos); });
 }
 
 Flow<bool> TorrentSession::isStoppedAsync() {

@@ -1,12 +1,12 @@
 #include "streaming/StreamConnection.h"
 #include "streaming/HttpAnswer.h"
 #include <algorithm>
-#include <asio/write.hpp>
 #include <limits>
 
 namespace vellum {
 
 Flow<> StreamConnection::run() {
+  m_socket.non_blocking(true);
   const std::string head = co_await readHead();
   if (!head.empty())
     co_await respond(HttpRequest::parse(head));
@@ -54,7 +54,6 @@ Flow<> StreamConnection::respond(HttpRequest request) {
 
 Flow<> StreamConnection::sendBody(std::shared_ptr<StreamSource> source, FileRange file,
                                   ByteRange range) {
-  m_socket.non_blocking(true);
   std::vector<std::byte> chunk(static_cast<std::size_t>(std::min(kChunk, range.length())));
   std::int64_t pos = range.start;
   while (pos <= range.end) {
@@ -68,6 +67,8 @@ Flow<> StreamConnection::sendBody(std::shared_ptr<StreamSource> source, FileRang
       co_return;
     co_await send({reinterpret_cast<const char*>(chunk.data()), got});
     pos += static_cast<std::int64_t>(got);
+    // A reader that takes everything at once must not keep the others waiting.
+    co_await asio::post(asio::use_awaitable);
   }
 }
 
@@ -99,9 +100,16 @@ bool StreamConnection::isClientGone() {
   return false;
 }
 
+// As much in one call as the socket takes: Asio's own composed write stops at 64 KiB.
 Flow<> StreamConnection::send(std::span<const char> bytes) {
-  co_await asio::async_write(m_socket, asio::buffer(bytes.data(), bytes.size()),
-                             asio::use_awaitable);
+  while (!bytes.empty()) {
+    asio::error_code error;
+    const std::size_t sent = m_socket.write_some(asio::buffer(bytes.data(), bytes.size()), error);
+    if (error && error != asio::error::would_block) throw asio::system_error(error);
+    bytes = bytes.subspan(sent);
+    if (!bytes.empty())
+      co_await m_socket.async_wait(asio::ip::tcp::socket::wait_write, asio::use_awaitable);
+  }
 }
 
 } // namespace vellum
