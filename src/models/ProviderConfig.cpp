@@ -9,6 +9,8 @@ namespace {
 
 QString tr(const char* text) { return QCoreApplication::translate("ProviderKind", text); }
 
+QString written(const QUuid& id) { return id.toString(QUuid::WithoutBraces).toUpper(); }
+
 // The value under a key, or the default if it is missing; `good` falls if it has another type.
 QJsonValue valueOr(const QJsonObject& object, const char* key, const QJsonValue& otherwise,
                    bool& good) {
@@ -57,7 +59,7 @@ QString label(ProviderKind kind) {
 }
 
 QJsonObject ProviderConfig::toJson() const {
-  return {{QStringLiteral("id"), id.toString(QUuid::WithoutBraces).toUpper()},
+  return {{QStringLiteral("id"), written(id)},
           {QStringLiteral("name"), name},
           {QStringLiteral("kind"), rawValue(kind)},
           {QStringLiteral("baseURL"), baseURL},
@@ -76,8 +78,10 @@ std::optional<ProviderConfig> ProviderConfig::fromJson(const QJsonObject& object
   config.kind = *kind;
 
   bool good = true;
-  const QString id = valueOr(object, "id", config.id.toString(), good).toString();
+  const QString id = valueOr(object, "id", written(config.id), good).toString();
   config.id = QUuid::fromString(id);
+  // Qt reads other spellings than the canonical one, and takes what it cannot read for zero.
+  good = good && written(config.id).compare(id, Qt::CaseInsensitive) == 0;
   config.baseURL = valueOr(object, "baseURL", QString(), good).toString();
   config.apiKey = valueOr(object, "apiKey", QString(), good).toString();
   config.enabled = valueOr(object, "enabled", true, good).toBool();
@@ -85,7 +89,7 @@ std::optional<ProviderConfig> ProviderConfig::fromJson(const QJsonObject& object
     good = good && mirror.isString();
     config.mirrors.append(mirror.toString());
   }
-  if (!good || config.id.isNull())
+  if (!good)
     return std::nullopt;
   return config;
 }

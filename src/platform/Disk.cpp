@@ -2,8 +2,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QStorageInfo>
-#include <algorithm>
+#include <filesystem>
+#include <limits>
 #include <sys/stat.h>
 
 namespace vellum::disk {
@@ -12,7 +12,10 @@ std::int64_t freeSpace(const QString& path) {
   QString existing = QDir::cleanPath(QDir::current().absoluteFilePath(path));
   while (!QFileInfo::exists(existing) && existing != QLatin1String("/"))
     existing = QFileInfo(existing).path();
-  return std::max<std::int64_t>(QStorageInfo(existing).bytesAvailable(), 0);
+  std::error_code error;
+  const auto space = std::filesystem::space(QFile::encodeName(existing).toStdString(), error);
+  constexpr std::uintmax_t kMost = std::numeric_limits<std::int64_t>::max();
+  return error ? 0 : static_cast<std::int64_t>(std::min(space.available, kMost));
 }
 
 std::int64_t allocatedSize(const QString& path) {

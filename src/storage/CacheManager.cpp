@@ -10,30 +10,50 @@ namespace vellum {
 
 namespace {
 
-constexpr std::int64_t kBytesPerMB = 1048576;
 const QString kHttpCache = QStringLiteral("URLCache");
 
-std::vector<CachedFile> filesBelow(const QString& folder) {
+// Regular files only, and no link is followed. A relative path would mean whatever folder the
+// program happened to be started in, and so means none. Ends early once `alive` falls.
+std::vector<CachedFile> filesBelow(const QString& folder, const std::atomic<bool>& alive) {
   std::vector<CachedFile> files;
+  if (QDir::isRelativePath(folder))
+    return files;
   QDirIterator walk(folder, QDir::Files | QDir::Hidden | QDir::NoSymLinks,
                     QDirIterator::Subdirectories);
-  while (walk.hasNext()) {
+  while (alive && walk.hasNext()) {
     const QString path = walk.next();
     files.push_back({path, walk.fileInfo().lastModified(), disk::allocatedSize(path)});
   }
   return files;
 }
 
-void enforceLimits(const QString& folder, std::int64_t limit, std::int64_t days) {
-  auto files = filesBelow(folder);
-  for (const CachedFile& file : tooOld(files, days, QDateTime::currentDateTime()))
+std::int64_t sizeOf(const std::vector<CachedFile>& files) {
+  std::int64_t total = 0;
+  for (const CachedFile& file : files)
+    total += file.bytes;
+  return total;
+}
+
+struct Limits {
+  std::int64_t bytes;
+  std::int64_t days;
+  QDateTime now;
+};
+
+void enforceLimits(const QString& folder, const Limits& limits, const std::atomic<bool>& alive) {
+  auto files = filesBelow(folder, alive);
+  if (!alive) // the list may be cut short, and then says nothing about the size
+    return;
+  for (const CachedFile& file : tooOld(files, limits.days, limits.now))
     QFile::remove(file.path);
   std::erase_if(files, [](const CachedFile& file) { return !QFile::exists(file.path); });
-  for (const CachedFile& file : overLimit(std::move(files), limit))
+  for (const CachedFile& file : overLimit(std::move(files), limits.bytes))
     QFile::remove(file.path);
 }
 
 void removeChildren(const QString& folder) {
+  if (QDir::isRelativePath(folder))
+    return;
   const auto children = QDir(folder).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System |
                                                    QDir::NoDotAndDotDot);
   for (const QFileInfo& child : children) {
@@ -48,14 +68,16 @@ void removeChildren(const QString& folder) {
 
 } // namespace
 
-CacheManager::CacheManager(SettingsStore& settings, MainLoop& main, IoPool& pool, HttpClient& http)
-    : m_settings(settings), m_main(main), m_pool(pool), m_http(http) {
+CacheManager::CacheManager(SettingsStore& settings, MainLoop& main, IoPool& pool, HttpClient& http,
+                           WallClock now)
+    : m_settings(settings), m_main(main), m_worker(asio::make_strand(pool.workers())), m_http(http),
+      m_now(std::move(now)) {
   configureURLCache();
   refresh();
   enforce();
 }
 
-CacheManager::~CacheManager() = default;
+CacheManager::~CacheManager() { *m_alive = false; }
 
 QString CacheManager::torrentDir() const {
   const QString folder = m_settings.cachePath() + QStringLiteral("/Torrents");
@@ -70,38 +92,37 @@ void CacheManager::configureURLCache() {
 }
 
 void CacheManager::refresh() {
-  asio::post(m_pool.workers(),
-             [this, &main = m_main, alive = std::weak_ptr(m_alive), cache = m_settings.cachePath(),
-              downloads = m_settings.downloadsPath()] {
-               const std::int64_t used = directorySize(cache);
-               const std::int64_t free = freeSpace(downloads);
-               main.post([this, alive, used, free] {
-                 if (alive.expired())
-                   return;
-                 m_usedBytes = used;
-                 m_freeBytes = free;
-                 Q_EMIT measured();
-               });
-             });
+  asio::post(m_worker, [this, &main = m_main, alive = m_alive, cache = m_settings.cachePath(),
+                        downloads = m_settings.downloadsPath()] {
+    const std::int64_t used = sizeOf(filesBelow(cache, *alive));
+    const std::int64_t free = freeSpace(downloads);
+    main.post([this, alive, used, free] {
+      if (!*alive)
+        return;
+      m_usedBytes = used;
+      m_freeBytes = free;
+      Q_EMIT measured();
+    });
+  });
 }
 
 void CacheManager::inBackground(std::function<void()> work) {
-  asio::post(m_pool.workers(),
-             [this, &main = m_main, alive = std::weak_ptr(m_alive), work = std::move(work)] {
-               work();
-               main.post([this, alive] {
-                 if (!alive.expired())
-                   refresh();
-               });
-             });
+  asio::post(m_worker, [this, &main = m_main, alive = m_alive, work = std::move(work)] {
+    work();
+    main.post([this, alive] {
+      if (*alive)
+        refresh();
+    });
+  });
 }
 
 void CacheManager::enforce() {
-  std::int64_t limit = 0;
-  if (__builtin_mul_overflow(m_settings.cacheLimitMB(), kBytesPerMB, &limit))
-    limit = m_settings.cacheLimitMB() > 0 ? std::numeric_limits<std::int64_t>::max() : -1;
-  inBackground([cache = m_settings.cachePath(), limit, days = m_settings.autoCleanDays()] {
-    enforceLimits(cache, limit, days);
+  std::int64_t bytes = 0;
+  if (__builtin_mul_overflow(m_settings.cacheLimitMB(), kMiB, &bytes))
+    bytes = m_settings.cacheLimitMB() > 0 ? std::numeric_limits<std::int64_t>::max() : -1;
+  inBackground([cache = m_settings.cachePath(), bytes, days = m_settings.autoCleanDays(),
+                now = m_now, alive = m_alive] {
+    enforceLimits(cache, {bytes, days, now()}, *alive);
   });
 }
 
@@ -113,10 +134,7 @@ void CacheManager::clear() {
 std::int64_t CacheManager::freeSpace(const QString& path) { return disk::freeSpace(path); }
 
 std::int64_t CacheManager::directorySize(const QString& path) {
-  std::int64_t total = 0;
-  for (const CachedFile& file : filesBelow(path))
-    total += file.bytes;
-  return total;
+  return sizeOf(filesBelow(path, std::atomic<bool>(true)));
 }
 
 } // namespace vellum

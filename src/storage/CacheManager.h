@@ -4,7 +4,10 @@
 #include "base/MainLoop.h"
 #include "net/HttpClient.h"
 #include "storage/SettingsStore.h"
+#include <QDateTime>
 #include <QObject>
+#include <atomic>
+#include <functional>
 #include <memory>
 
 namespace vellum {
@@ -17,8 +20,12 @@ class CacheManager final : public QObject {
   Q_PROPERTY(qint64 freeBytes READ freeBytes NOTIFY measured)
 
 public:
+  using WallClock = std::function<QDateTime()>; // called on a worker
+
   // All outlive it. Installs the HTTP cache, measures, and enforces the limits.
-  CacheManager(SettingsStore& settings, MainLoop& main, IoPool& pool, HttpClient& http);
+  CacheManager(SettingsStore& settings, MainLoop& main, IoPool& pool, HttpClient& http,
+               WallClock now = &QDateTime::currentDateTimeUtc);
+  // A walk under way stops at its next file; its result is dropped.
   ~CacheManager() override;
 
   // Allocated bytes of all files below the cache folder, and free bytes where downloads go; 0
@@ -43,16 +50,19 @@ Q_SIGNALS:
   void measured();
 
 private:
-  // Runs `work` on a worker and then measures.
+  using Alive = std::shared_ptr<std::atomic<bool>>;
+
+  // Runs `work` on a worker, after whatever was asked for before, and then measures.
   void inBackground(std::function<void()> work);
 
   SettingsStore& m_settings;
   MainLoop& m_main;
-  IoPool& m_pool;
+  asio::strand<asio::thread_pool::executor_type> m_worker;
   HttpClient& m_http;
+  WallClock m_now;
   qint64 m_usedBytes = 0;
   qint64 m_freeBytes = 0;
-  std::shared_ptr<bool> m_alive = std::make_shared<bool>(true); // for results that come late
+  Alive m_alive = std::make_shared<std::atomic<bool>>(true); // shared with what runs on workers
 };
 
 } // namespace vellum

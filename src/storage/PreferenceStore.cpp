@@ -4,7 +4,6 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QSaveFile>
-#include <cmath>
 
 namespace vellum {
 
@@ -25,26 +24,36 @@ void PreferenceStore::load() {
   m_values = document.object();
 }
 
-void PreferenceStore::save() const {
+void PreferenceStore::save(const QJsonObject& values) {
   QDir().mkpath(QFileInfo(m_path).path());
+  if (m_fileIsBroken)
+    putBrokenFileAside();
   QSaveFile file(m_path);
   if (!file.open(QIODevice::WriteOnly))
     return;
-  file.write(QJsonDocument(m_values).toJson());
+  // Keys of providers stand in it.
+  file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+  file.write(QJsonDocument(values).toJson());
   file.commit();
 }
 
+void PreferenceStore::putBrokenFileAside() {
+  const QString aside = m_path + QStringLiteral(".broken");
+  QFile::remove(aside);
+  // What may not even be read can still be renamed.
+  m_fileIsBroken = !QFile::copy(m_path, aside) && !QFile::rename(m_path, aside);
+}
+
 void PreferenceStore::put(const QString& key, const QJsonValue& value) {
-  const std::lock_guard lock(m_mutex);
-  m_values.insert(key, value);
-  if (m_path.isEmpty())
-    return;
-  if (std::exchange(m_fileIsBroken, false)) {
-    const QString aside = m_path + QStringLiteral(".broken");
-    QFile::remove(aside);
-    QFile::copy(m_path, aside);
+  const std::lock_guard writing(m_writing);
+  QJsonObject values;
+  {
+    const std::lock_guard lock(m_mutex);
+    m_values.insert(key, value);
+    values = m_values;
   }
-  save();
+  if (!m_path.isEmpty())
+    save(values);
 }
 
 QJsonValue PreferenceStore::value(const QString& key) const {
@@ -58,11 +67,15 @@ std::optional<QString> PreferenceStore::string(const QString& key) const {
 }
 
 std::optional<std::int64_t> PreferenceStore::integer(const QString& key) const {
+  // What is no integer, or too large for one, gives whatever default is named.
   const QJsonValue held = value(key);
-  const double number = held.toDouble();
-  if (!held.isDouble() || std::trunc(number) != number)
-    return std::nullopt;
-  return held.toInteger();
+  const std::int64_t number = held.toInteger(0);
+  return number == held.toInteger(1) ? std::optional(number) : std::nullopt;
+}
+
+std::optional<double> PreferenceStore::real(const QString& key) const {
+  const QJsonValue held = value(key);
+  return held.isDouble() ? std::optional(held.toDouble()) : std::nullopt;
 }
 
 std::optional<bool> PreferenceStore::boolean(const QString& key) const {
@@ -74,14 +87,16 @@ std::optional<QByteArray> PreferenceStore::data(const QString& key) const {
   const QJsonValue held = value(key).toObject().value(kBytes);
   if (!held.isString())
     return std::nullopt;
-  return QByteArray::fromBase64(held.toString().toLatin1());
+  const auto decoded = QByteArray::fromBase64Encoding(held.toString().toLatin1(),
+                                                      QByteArray::AbortOnBase64DecodingErrors);
+  return decoded ? std::optional(decoded.decoded) : std::nullopt;
 }
 
 void PreferenceStore::set(const QString& key, const QString& value) { put(key, value); }
 void PreferenceStore::set(const QString& key, std::int64_t value) {
   put(key, QJsonValue(static_cast<qint64>(value)));
 }
-void PreferenceStore::set(const QString& key, bool value) { put(key, value); }
+void PreferenceStore::set(const QString& key, double value) { put(key, value); }
 void PreferenceStore::set(const QString& key, const QByteArray& value) {
   put(key, QJsonObject{{kBytes, QString::fromLatin1(value.toBase64())}});
 }

@@ -29,7 +29,7 @@ public:
   // The store outlives it. Writes nothing.
   explicit SettingsStore(PreferenceStore& preferences);
 
-  // The program's folder among the user's application support; made at the first call.
+  // The program's folder among the user's application support; made if it is missing.
   static QString appSupport();
   static std::vector<ProviderConfig> defaultProviders();
   // Bytes per second, 0 for no limit; straight from the preferences, on any thread.

@@ -54,10 +54,13 @@ bool isLoopbackV4(std::string_view host) {
   return parts.front() == "127";
 }
 
+// Behind the "]" of an IPv6 address, and behind a name, only a port may stand.
 std::string_view withoutPort(std::string_view host) {
-  if (host.starts_with('['))
-    return host.substr(0, std::min(host.find(']'), host.size() - 1) + 1);
-  return host.substr(0, host.find(':'));
+  const auto end = host.starts_with('[') ? host.find(']') : host.find(':');
+  if (end == std::string_view::npos || !host.starts_with('['))
+    return host.substr(0, end);
+  const auto rest = host.substr(end + 1);
+  return rest.empty() || rest.starts_with(':') ? host.substr(0, end + 1) : std::string_view();
 }
 
 std::optional<ByteRange> fromStart(std::int64_t start, std::int64_t end, std::int64_t length) {

@@ -8,8 +8,8 @@ using namespace vellum;
 using namespace vellum::test;
 
 namespace {
-const Payload& payload() {
-  static const Payload once = makePayload({{"a.mkv", 100'000}, {"a.srt", 500}}, 32768);
+const MadeTorrent& payload() {
+  static const MadeTorrent once = makeTorrent({{"a.mkv", 100'000}, {"a.srt", 500}}, 32768);
   return once;
 }
 } // namespace
@@ -24,15 +24,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     core->select(0, {1});
   }
   core->addPeers({{QStringLiteral("10.0.0.1"), 1}, {QStringLiteral("10.0.0.2"), 2}});
-  for (auto& end : world.dialled) end.peer->connected();
+  for (auto& end : world.dialled)
+    end.peer->connected();
   if (input.ConsumeBool())
-    for (auto& end : world.dialled) feed(*end.peer, handshake(payload().infoHash));
+    for (auto& end : world.dialled)
+      feed(*end.peer, handshake(payload().infoHash));
   while (input.remaining_bytes() > 0) {
     auto& end = world.dialled[input.ConsumeIntegralInRange<std::size_t>(0, 1)];
     const auto bytes =
         input.ConsumeBytes<std::uint8_t>(input.ConsumeIntegralInRange<std::size_t>(1, 200));
     feed(*end.peer, std::as_bytes(std::span(bytes)));
-    if (end.peer->inflight().size() > 10) std::abort();
+    if (end.peer->inflight().size() > 10)
+      std::abort();
     world.clock.advance(0.3);
     core->tick();
     core->sendDueBlocks();

@@ -1,16 +1,16 @@
-#include "Payload.h"
 #include "engine/MetadataExchange.h"
+#include "MadeTorrent.h"
 #include "support/ManualClock.h"
 #include <gtest/gtest.h>
 
 namespace vellum {
 namespace {
 
-using test::makePayload;
+using test::makeTorrent;
 
 // 900 pieces make an info dictionary of two metadata pieces.
 struct MetadataTest : testing::Test {
-  test::Payload payload = makePayload({{"a.mkv", 900 * 16}}, 16);
+  test::MadeTorrent payload = makeTorrent({{"a.mkv", 900 * 16}}, 16);
   test::ManualClock clock;
   MetadataExchange exchange{payload.infoHash};
   std::int64_t size = static_cast<std::int64_t>(payload.infoRaw.size());
@@ -26,8 +26,8 @@ struct MetadataTest : testing::Test {
 };
 
 TEST_F(MetadataTest, TheFirstAcceptableSizeDecides) {
-  for (const std::int64_t refused : {std::int64_t{0}, std::int64_t{-5}, std::int64_t{8'388'608},
-                                     std::int64_t{1} << 40})
+  for (const std::int64_t refused :
+       {std::int64_t{0}, std::int64_t{-5}, std::int64_t{8'388'608}, std::int64_t{1} << 40})
     EXPECT_FALSE(next(refused)) << refused;
   EXPECT_EQ(exchange.size(), 0);
   EXPECT_EQ(next(8'388'607), 0);
@@ -75,7 +75,8 @@ TEST_F(MetadataTest, InventedPiecesCostBoundedMemory) {
   }
   EXPECT_LT(most, MetadataExchange::kMostEntries + 3U);
   // A download that follows works still.
-  while (exchange.heldPieces() > 0) exchange.receive(7, big), exchange.receive(8, big), exchange.receive(9, big);
+  while (exchange.heldPieces() > 0)
+    exchange.receive(7, big), exchange.receive(8, big), exchange.receive(9, big);
   exchange.receive(0, part(0));
   EXPECT_TRUE(exchange.receive(1, part(1)));
 }

@@ -2,6 +2,7 @@
 // file through all of them. A failure prints its seed.
 #include "SwarmWorld.h"
 #include <gtest/gtest.h>
+#include <random>
 
 namespace vellum {
 namespace {
@@ -18,23 +19,29 @@ struct Seeder {
 
   void collect() {
     for (auto& message : end.link->take())
-      if (message.id == 6) waiting.push_back(std::move(message));
+      if (message.id == 6)
+        waiting.push_back(std::move(message));
   }
-  void answer(const Payload& payload, std::mt19937& random) {
+  void answer(const MadeTorrent& payload, std::mt19937& random) {
     const int mood = static_cast<int>(random() % 200);
-    if (end.peer->isClosed() || (honest && mood < 100)) return; // slow
-    if (!honest && mood == 0) return end.peer->close();
+    if (end.peer->isClosed() || (honest && mood < 100))
+      return; // slow
+    if (!honest && mood == 0)
+      return end.peer->close();
     if (!honest && mood == 1) {
       waiting.clear();
       feed(*end.peer, frame(0));
       return feed(*end.peer, frame(1));
     }
-    if (!honest && mood < 120) return; // stalls
+    if (!honest && mood < 120)
+      return; // stalls
     for (std::size_t burst = 1 + random() % 4; burst > 0 && !waiting.empty(); --burst) {
       const auto request = waiting.front();
       waiting.erase(waiting.begin());
-      ByteVector data = toVector(payload.block(request.number(0), request.number(1), request.number(2)));
-      if (!honest && random() % 50 == 0) data[0] ^= std::byte{1};
+      ByteVector data =
+          toVector(payload.block(request.number(0), request.number(1), request.number(2)));
+      if (!honest && random() % 50 == 0)
+        data[0] ^= std::byte{1};
       feed(*end.peer, pieceFrame(request.number(0), request.number(1), data));
     }
   }
@@ -43,14 +50,16 @@ struct Seeder {
 void runSwarm(std::uint32_t seed) {
   SCOPED_TRACE("seed " + std::to_string(seed));
   std::mt19937 random(seed);
-  const Payload payload = makePayload({{"a.mkv", 90 * kBlock + 77}, {"a.srt", 3000}}, 4 * kBlock);
+  const MadeTorrent payload =
+      makeTorrent({{"a.mkv", 90 * kBlock + 77}, {"a.srt", 3000}}, 4 * kBlock);
   SwarmWorld world;
   const auto core = world.makeCore(payload.infoHash);
   core->start();
   core->setMeta(payload.meta, false);
   core->select(0, {1});
   std::vector<PeerAddr> list;
-  for (std::uint16_t port = 1; port <= 8; ++port) list.push_back({QStringLiteral("10.0.0.1"), port});
+  for (std::uint16_t port = 1; port <= 8; ++port)
+    list.push_back({QStringLiteral("10.0.0.1"), port});
   core->addPeers(list);
 
   std::vector<Seeder> seeders;
@@ -69,17 +78,20 @@ void runSwarm(std::uint32_t seed) {
       ASSERT_LE(seeder.end.peer->inflight().size(), 10U);
       seeder.answer(payload, random);
     }
-    if (tenths % 10 == 9) core->tick();
-    if (random() % 40 == 0) core->setPlayhead(static_cast<std::int64_t>(random() % (90 * kBlock)));
+    if (tenths % 10 == 9)
+      core->tick();
+    if (random() % 40 == 0)
+      core->setPlayhead(static_cast<std::int64_t>(random() % (90 * kBlock)));
   }
   ASSERT_TRUE(core->makeSnapshot().complete) << "not complete after 300 s";
   ByteVector onDisk(payload.bytes.size());
   ASSERT_TRUE(core->storage().read(0, onDisk));
-  EXPECT_EQ(onDisk, payload.bytes);
+  EXPECT_TRUE(std::ranges::equal(onDisk, payload.bytes));
 }
 
 TEST(SimulatedSwarm, TwoHonestSeedersAmongSixMoodyOnesAreEnough) {
-  for (std::uint32_t seed = 1; seed <= 40; ++seed) runSwarm(seed);
+  for (std::uint32_t seed = 1; seed <= 40; ++seed)
+    runSwarm(seed);
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 // The world of a SessionCore without sockets: dialled peers are links that a test plays.
 #pragma once
 #include "Frames.h"
-#include "Payload.h"
+#include "MadeTorrent.h"
 #include "engine/SessionCore.h"
 #include "support/ManualClock.h"
 #include <QTemporaryDir>
