@@ -1,4 +1,5 @@
 #include "streaming/HttpAnswer.h"
+#include "streaming/PathExtension.h"
 #include <array>
 #include <utility>
 
@@ -37,9 +38,7 @@ std::string mime(const QString& path) {
       {"avi", "video/x-msvideo"},
       {"ts", "video/mp2t"},
   }};
-  const QString name = path.section(u'/', -1);
-  const qsizetype dot = name.lastIndexOf(u'.');
-  const QString extension = dot < 0 ? QString() : name.mid(dot + 1).toLower();
+  const QString extension = pathExtension(path);
   for (const auto& [known, type] : types)
     if (extension == QLatin1String(known))
       return type;

@@ -22,6 +22,8 @@ std::string lowered(std::string_view text) {
   return out;
 }
 
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
 // Empty parts are dropped.
 std::vector<std::string> split(std::string_view text, char separator) {
   std::vector<std::string> parts;
@@ -47,8 +49,8 @@ bool isLoopbackV4(std::string_view host) {
   if (parts.size() != 4 || std::count(host.begin(), host.end(), '.') != 3)
     return false;
   for (const std::string& part : parts) {
-    const auto number = parseInteger(part);
-    if (!number || *number < 0 || *number > 255 || part.size() > 3)
+    const bool isNumber = part.size() <= 3 && std::all_of(part.begin(), part.end(), isDigit);
+    if (!isNumber || *parseInteger(part) > 255)
       return false;
   }
   return parts.front() == "127";

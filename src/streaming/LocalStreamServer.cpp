@@ -13,9 +13,11 @@ using asio::ip::tcp;
 
 constexpr std::chrono::milliseconds kAcceptPause{100}; // after a failed accept
 
-QString lastComponent(const QString& name) {
-  const QString last = name.section(u'/', -1);
-  return last.isEmpty() ? QStringLiteral("video") : last;
+// The last component of a path as it stands in a URL; it only helps a player to guess the type.
+QByteArray encodedName(const QString& name) {
+  const QString last = name.section(u'/', -1, -1, QString::SectionSkipEmpty);
+  const bool isUsable = !last.isEmpty() && last.isValidUtf16() && last != u"." && last != u"..";
+  return isUsable ? QUrl::toPercentEncoding(last, "!$&'()*+,:=@") : QByteArray("video");
 }
 
 } // namespace
@@ -74,6 +76,8 @@ private:
         co_await sleepFor(kAcceptPause);
         continue;
       }
+      if (self->m_stopped) // between the accept and this turn of the strand
+        co_return;
       asio::error_code ignored;
       socket.set_option(tcp::no_delay(true), ignored);
       self->m_flows.spawn(serve(self, std::move(socket)));
@@ -115,13 +119,9 @@ Flow<std::optional<QUrl>> LocalStreamServer::url(std::shared_ptr<StreamSource> s
   if (port == 0)
     co_return std::nullopt;
   listener->add(source);
-  QUrl url;
-  url.setScheme(QStringLiteral("http"));
-  url.setHost(QStringLiteral("127.0.0.1"));
-  url.setPort(port);
-  url.setPath(QStringLiteral("/%1/%2/%3").arg(source->key()).arg(file).arg(lastComponent(name)),
-              QUrl::DecodedMode);
-  co_return url;
+  const QString before =
+      QStringLiteral("http://127.0.0.1:%1/%2/%3/").arg(port).arg(source->key()).arg(file);
+  co_return QUrl::fromEncoded(before.toUtf8() + encodedName(name));
 }
 
 void LocalStreamServer::registerSource(std::shared_ptr<StreamSource> source) {

@@ -6,12 +6,14 @@
 #include <asio/ip/tcp.hpp>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <span>
 #include <string>
 
 namespace vellum {
 
-// Lives on the strand of its socket, as long as its coroutine runs. Holds one chunk of a body at
-// most, and only while it sends one.
+// Lives on the strand of its socket, as long as its coroutine runs. Holds what an unfinished head
+// says, or one chunk of a body, never both.
 class StreamConnection {
 public:
   static constexpr std::size_t kReadSize = 16384;    // bytes asked of the socket at a time
@@ -31,13 +33,23 @@ public:
   Flow<> run();
 
 private:
-  Flow<std::string> readHead();
-  Flow<> respond(HttpRequest request);
-  Flow<> sendBody(std::shared_ptr<StreamSource> source, FileRange file, ByteRange range);
+  struct Body {
+    std::shared_ptr<StreamSource> source;
+    FileRange file;
+    ByteRange range;
+  };
+
+  // Nothing if the client said too much.
+  Flow<std::optional<HttpRequest>> readRequest();
+  // Sends the head of the answer; gives the body that it promises, if any.
+  Flow<std::optional<Body>> respond(HttpRequest request);
+  Flow<std::optional<Body>> refuse(std::string answer);
+  Flow<> sendBody(Body body);
   // False if the client or the source is gone before the bytes are there.
   Flow<bool> waitFor(StreamSource& source, std::int64_t offset, std::int64_t pos,
                      std::int64_t size);
   Flow<> send(std::span<const char> bytes);
+  void readSome(std::string& buffer);
   bool isClientGone();
 
   asio::ip::tcp::socket m_socket;

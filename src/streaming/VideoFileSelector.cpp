@@ -1,4 +1,5 @@
 #include "streaming/VideoFileSelector.h"
+#include "streaming/PathExtension.h"
 #include <QStringList>
 #include <algorithm>
 #include <iterator>
@@ -26,18 +27,11 @@ const QStringList& excludedWords() {
   return list;
 }
 
-// Lower-cased; empty for a name without a dot.
-QString extensionOf(const QString& path) {
-  const QString name = path.section(u'/', -1);
-  const qsizetype dot = name.lastIndexOf(u'.');
-  return dot < 1 ? QString() : name.mid(dot + 1).toLower();
-}
-
 std::vector<int> withExtension(const std::vector<TorrentFileEntry>& files,
                                const QStringList& extensions) {
   std::vector<int> found;
   for (std::size_t i = 0; i < files.size(); ++i)
-    if (extensions.contains(extensionOf(files[i].path)))
+    if (extensions.contains(pathExtension(files[i].path)))
       found.push_back(static_cast<int>(i));
   return found;
 }

@@ -23,6 +23,10 @@ std::vector<TorrentFileEntry> entries(const Case& from) {
 TEST(VideoFileSelector, FindsTheFilmOrAsks) {
   const Case cases[] = {
       {"nothing", {}, Kind::None, {}},
+      {"a film, its sample and its notes",
+       {{"Movie/movie.mkv", 4194304000}, {"Movie/Sample/sample.mkv", 41943040}, {"m.nfo", 1000}},
+       Kind::Single,
+       {0}},
       {"nothing playable", {{"a.iso", 5242880000}, {"b.txt", 5}, {"mkv", 9}}, Kind::None, {}},
       {"an upper-case extension", {{"FILM.MKV", 10}}, Kind::Single, {0}},
       {"a word inside another", {{"resampled.mkv", 90}, {"b.mkv", 80}}, Kind::Single, {1}},
@@ -55,6 +59,14 @@ TEST(VideoFileSelector, FindsTheFilmOrAsks) {
     EXPECT_EQ(VideoFileSelector::select(entries(each)),
               (VideoFileSelector::Outcome{each.kind, each.expected}))
         << each.what;
+}
+
+TEST(VideoFileSelector, FindsSubtitlesWhateverTheirSizeAndPlace) {
+  std::vector<TorrentFileEntry> files;
+  for (const char* path :
+       {"a.ass", "b.SSA", "Sample/c.sub", "d.vtt", "e.txt", "f.srt", "srt", ".srt", "g.srt/h"})
+    files.push_back({QString::fromUtf8(path), 0});
+  EXPECT_EQ(VideoFileSelector::subtitles(files), (std::vector<int>{0, 1, 2, 3, 5}));
 }
 
 } // namespace

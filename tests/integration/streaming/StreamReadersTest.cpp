@@ -1,0 +1,131 @@
+// How the stream server treats readers that wait, vanish, dribble, or never read.
+#include "integration/streaming/StreamWorld.h"
+#include <ctime>
+#include <fcntl.h>
+#include <list>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace vellum::test {
+namespace {
+
+using namespace std::chrono_literals;
+using StreamReaders = StreamWorld;
+
+constexpr std::int64_t kChunk = 262144;
+
+TEST_F(StreamReaders, TheHeadComesAtOnceAndTheBodyAsItsPiecesArrive) {
+  HttpReader reader(url);
+  reader.get(url);
+  EXPECT_EQ(reader.readHead(), wholeHead());
+  ASSERT_TRUE(source->waitForQuestions(1));
+  source->arrive(kBefore, kChunk);
+  EXPECT_TRUE(reader.read(kChunk) == film(0, kChunk));
+  source->arriveAll();
+  EXPECT_TRUE(reader.readAll() == film(kChunk, kFilm - kChunk));
+  EXPECT_LT(secondsUntilReleased(), 20);
+  const auto playheads = source->playheads();
+  for (std::size_t i = 0; i < playheads.size(); ++i)
+    EXPECT_EQ(playheads[i], static_cast<std::int64_t>(i) * kChunk) << "chunk by chunk";
+  EXPECT_EQ(playheads.size(), (kFilm + kChunk - 1) / kChunk);
+}
+
+TEST_F(StreamReaders, AWaitingReaderClaimsThePlayheadAgainEveryTwoSeconds) {
+  HttpReader reader(url);
+  reader.get(url, "Range: bytes=5000-5009\r\n");
+  ASSERT_TRUE(source->waitForQuestions(10));
+  EXPECT_EQ(source->playheads(), (std::vector<std::int64_t>{5000}));
+  ASSERT_TRUE(source->waitForQuestions(22));
+  EXPECT_EQ(source->playheads(), (std::vector<std::int64_t>{5000, 5000}));
+}
+
+TEST_F(StreamReaders, ADroppedReaderIsNoticedWhileItWaits) {
+  for (const bool isReset : {false, true}) {
+    {
+      HttpReader reader(url);
+      reader.get(url);
+      if (!isReset)
+        reader.readHead(); // closing with unread bytes resets the connection
+      ASSERT_TRUE(source->waitForQuestions(2));
+    }
+    EXPECT_LT(secondsUntilReleased(), 1.0) << "100 ms and some patience for a busy machine";
+  }
+}
+
+TEST_F(StreamReaders, AStoppedTorrentOrAFailedReadEndsTheBodyShort) {
+  source->arrive(kBefore, 2 * kChunk - 1 - MemorySource::kPiece);
+  HttpReader waiting(url);
+  waiting.get(url);
+  EXPECT_EQ(waiting.readHead(), wholeHead());
+  ASSERT_TRUE(source->waitForQuestions(3));
+  source->limitReads(0);
+  HttpReader unreadable(url);
+  unreadable.get(url);
+  EXPECT_EQ(unreadable.readAll(), wholeHead());
+  source->stop();
+  EXPECT_TRUE(waiting.readAll() == film(0, kChunk));
+}
+
+TEST_F(StreamReaders, ShortReadsAreReadOn) {
+  source->arriveAll();
+  source->limitReads(1000);
+  HttpReader reader(url);
+  reader.get(url, "Range: bytes=100-10099\r\n");
+  reader.readHead();
+  EXPECT_TRUE(reader.readAll() == film(100, 10'000));
+}
+
+TEST_F(StreamReaders, IdleAndStuckReadersDelayNobody) {
+  source->arriveAll();
+  std::list<HttpReader> others;
+  for (int i = 0; i < 200; ++i)
+    others.emplace_back(url).say(i % 2 == 0 ? "" : "GET /unfinished HTTP/1.1\r\n");
+  HttpReader& stuck = others.emplace_back(url, HttpReader::Buffer::Small);
+  stuck.get(url);
+  ASSERT_TRUE(source->waitForQuestions(2));
+  HttpReader one(url);
+  HttpReader two(url);
+  one.get(url);
+  two.get(url);
+  EXPECT_TRUE(one.readAll() == wholeHead() + film(0, kFilm));
+  EXPECT_TRUE(two.readAll() == wholeHead() + film(0, kFilm));
+  EXPECT_LT(source->bytesRead(), 3 * kFilm) << "what the stuck reader does not take is not read";
+  EXPECT_EQ(source.use_count(), 3) << "the stuck one is still served";
+  EXPECT_TRUE(stuck.readAll() == wholeHead() + film(0, kFilm));
+}
+
+TEST_F(StreamReaders, AServerThatGoesEndsItsConnections) {
+  HttpReader idle(url);
+  HttpReader waiting(url);
+  waiting.get(url);
+  ASSERT_TRUE(source->waitForQuestions(1));
+  server.reset();
+  EXPECT_EQ(idle.readAll(), "");
+  EXPECT_EQ(waiting.readAll(), wholeHead());
+  HttpReader late;
+  EXPECT_THROW(late.connect(url), std::system_error);
+}
+
+TEST_F(StreamReaders, AcceptingGoesOnAfterTheDescriptorsRanOut) {
+  source->arriveAll();
+  HttpReader reader;
+  rlimit before{};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
+  const int next = ::open("/dev/null", O_RDONLY | O_CLOEXEC); // the lowest one that is free
+  ::close(next);
+  const rlimit none{static_cast<rlim_t>(next), before.rlim_max};
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+  reader.connect(url);
+  reader.get(url, "Range: bytes=0-0\r\n");
+  const std::clock_t busyBefore = std::clock();
+  std::this_thread::sleep_for(300ms);
+  const double busy = static_cast<double>(std::clock() - busyBefore) / CLOCKS_PER_SEC;
+  EXPECT_EQ(source->bytesRead(), 0) << "nothing could be accepted";
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
+  EXPECT_LT(busy, 0.1) << "it backs off instead of spinning";
+  reader.readHead();
+  EXPECT_EQ(reader.readAll(), film(0, 1));
+}
+
+} // namespace
+} // namespace vellum::test
