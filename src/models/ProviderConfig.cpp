@@ -85,7 +85,8 @@ std::optional<ProviderConfig> ProviderConfig::fromJson(const QJsonObject& object
   config.baseURL = valueOr(object, "baseURL", QString(), good).toString();
   config.apiKey = valueOr(object, "apiKey", QString(), good).toString();
   config.enabled = valueOr(object, "enabled", true, good).toBool();
-  for (const QJsonValue& mirror : valueOr(object, "mirrors", QJsonArray(), good).toArray()) {
+  const QJsonArray mirrors = valueOr(object, "mirrors", QJsonArray(), good).toArray();
+  for (const auto& mirror : mirrors) {
     good = good && mirror.isString();
     config.mirrors.append(mirror.toString());
   }
@@ -106,7 +107,8 @@ std::optional<std::vector<ProviderConfig>> providersFromJson(const QByteArray& b
   if (!document.isArray())
     return std::nullopt;
   std::vector<ProviderConfig> list;
-  for (const QJsonValue& value : document.array()) {
+  const QJsonArray array = document.array();
+  for (const auto& value : array) {
     const auto config =
         value.isObject() ? ProviderConfig::fromJson(value.toObject()) : std::nullopt;
     if (!config)

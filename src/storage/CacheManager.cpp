@@ -80,13 +80,16 @@ CacheManager::CacheManager(SettingsStore& settings, MainLoop& main, IoPool& pool
 CacheManager::~CacheManager() { *m_alive = false; }
 
 QString CacheManager::torrentDir() const {
-  const QString folder = m_settings.cachePath() + QStringLiteral("/Torrents");
+  const QString folder = QDir(m_settings.cachePath()).filePath(QStringLiteral("Torrents"));
   QDir().mkpath(folder);
   return folder;
 }
 
 void CacheManager::configureURLCache() {
-  const QString folder = m_settings.cachePath() + u'/' + kHttpCache;
+  const QDir cache(m_settings.cachePath());
+  if (cache.isRelative())
+    return;
+  const QString folder = cache.filePath(kHttpCache);
   QDir().mkpath(folder);
   m_http.setCacheDirectory(folder);
 }

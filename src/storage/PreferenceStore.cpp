@@ -26,8 +26,8 @@ void PreferenceStore::load() {
 
 void PreferenceStore::save(const QJsonObject& values) {
   QDir().mkpath(QFileInfo(m_path).path());
-  if (m_fileIsBroken)
-    putBrokenFileAside();
+  if (m_fileIsBroken && !putBrokenFileAside())
+    return;
   QSaveFile file(m_path);
   if (!file.open(QIODevice::WriteOnly))
     return;
@@ -37,11 +37,12 @@ void PreferenceStore::save(const QJsonObject& values) {
   file.commit();
 }
 
-void PreferenceStore::putBrokenFileAside() {
+bool PreferenceStore::putBrokenFileAside() {
   const QString aside = m_path + QStringLiteral(".broken");
   QFile::remove(aside);
   // What may not even be read can still be renamed.
   m_fileIsBroken = !QFile::copy(m_path, aside) && !QFile::rename(m_path, aside);
+  return !m_fileIsBroken;
 }
 
 void PreferenceStore::put(const QString& key, const QJsonValue& value) {

@@ -39,7 +39,7 @@ private:
   void put(const QString& key, const QJsonValue& value);
   void load();
   void save(const QJsonObject& values);
-  void putBrokenFileAside();
+  bool putBrokenFileAside();
 
   const QString m_path;
   std::mutex m_writing; // taken before m_mutex; guards the file and m_fileIsBroken

@@ -1,0 +1,56 @@
+#include "storage/CachePolicy.h"
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace vellum {
+namespace {
+
+const QDateTime kNow = QDateTime::fromMSecsSinceEpoch(1'700'000'000'000, Qt::UTC);
+constexpr qint64 kDay = 86'400'000; // milliseconds
+
+CachedFile file(const char* name, qint64 age, std::int64_t bytes = 0) {
+  return {QLatin1String(name), kNow.addMSecs(-age), bytes};
+}
+
+std::string names(const std::vector<CachedFile>& files) {
+  QString all;
+  for (const CachedFile& one : files)
+    all += one.path;
+  return all.toStdString();
+}
+
+TEST(CachePolicy, AFileIsTooOldOnlyBeyondTheLastMillisecond) {
+  const std::vector files{file("a", 14 * kDay), file("b", 14 * kDay + 1),  file("c", 14 * kDay - 1),
+                          file("d", -kDay),     {QStringLiteral("e"), {}}, file("f", 400 * kDay)};
+  struct Case {
+    std::int64_t days;
+    const char* old;
+  };
+  for (const auto& [days, old] :
+       {Case{14, "bef"}, Case{13, "abcef"}, Case{15, "ef"}, Case{0, ""}, Case{-1, ""},
+        Case{106'751'991, "e"}, // more milliseconds than fit a signed 32-bit number of seconds
+        Case{std::numeric_limits<std::int64_t>::min(), ""}})
+    EXPECT_EQ(names(tooOld(files, days, kNow)), old) << days;
+  // Whatever number stands in the settings: nothing dated goes before its time.
+  EXPECT_EQ(names(tooOld({files[5]}, std::numeric_limits<std::int64_t>::max(), kNow)), "");
+}
+
+TEST(CachePolicy, TheOldestGoUntilTheRestFits) {
+  const std::vector files{file("a", 3 * kDay, 100),
+                          file("b", 5 * kDay, 200),
+                          file("c", 5 * kDay, 300),
+                          file("d", kDay, 400),
+                          {QStringLiteral("e"), {}, 0}};
+  struct Case {
+    std::int64_t limit;
+    const char* going;
+  };
+  for (const auto& [limit, going] :
+       {Case{1000, ""}, Case{999, "eb"}, Case{800, "eb"}, Case{799, "ebc"}, Case{500, "ebc"},
+        Case{499, "ebca"}, Case{400, "ebca"}, Case{0, "ebcad"}, Case{-1, "ebcad"}})
+    EXPECT_EQ(names(overLimit(files, limit)), going) << limit;
+  EXPECT_TRUE(overLimit({}, -1).empty());
+}
+
+} // namespace
+} // namespace vellum
