@@ -40,7 +40,7 @@ public:
     const auto node = m_state->nodes.emplace(m_state->nodes.end());
     asio::co_spawn(
         m_state->executor, std::move(flow),
-        asio::bind_cancellation_slot(node->slot(), [state = m_state, node](std::exception_ptr) {
+        asio::bind_cancellation_slot(node->slot(), [state = m_state, node](const std::exception_ptr&) {
           state->nodes.erase(node);
         }));
   }

@@ -181,8 +181,7 @@ TEST(LoopbackTracker, AnswersUdpByteByByte) {
   udp::socket socket(io, udp::endpoint(asio::ip::address_v4::loopback(), 0));
   const auto url = QUrl(tracker.udpUrl());
   const auto exchange = [&](const QByteArray& request) {
-    const auto out = request;
-    socket.send_to(asio::buffer(out.constData(), std::size_t(out.size())),
+    socket.send_to(asio::buffer(request.constData(), std::size_t(request.size())),
                    {asio::ip::address_v4::loopback(), std::uint16_t(url.port())});
     std::array<std::byte, 1500> in;
     return toByteArray(ByteSpan(in).first(socket.receive(asio::buffer(in))));
