@@ -50,6 +50,14 @@ TEST(CachePolicy, TheOldestGoUntilTheRestFits) {
         Case{499, "ebca"}, Case{400, "ebca"}, Case{0, "ebcad"}, Case{-1, "ebcad"}})
     EXPECT_EQ(names(overLimit(files, limit)), going) << limit;
   EXPECT_TRUE(overLimit({}, -1).empty());
+
+  std::vector<CachedFile> twins; // of one age: they go in the order in which they were found
+  for (int i = 0; i < 100; ++i)
+    twins.push_back({QString::number(i), kNow, 1});
+  const auto going = overLimit(twins, 50);
+  ASSERT_EQ(going.size(), 50U);
+  for (int i = 0; i < 50; ++i)
+    EXPECT_EQ(going[static_cast<std::size_t>(i)].path.toInt(), i);
 }
 
 } // namespace
