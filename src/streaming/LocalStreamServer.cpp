@@ -54,6 +54,8 @@ public:
   void stop() {
     m_stopped = true;
     m_port = 0;
+    asio::error_code ignored;
+    m_acceptor.close(ignored);
     m_flows.cancelAll();
   }
 

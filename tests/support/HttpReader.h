@@ -61,13 +61,14 @@ public:
     }
     return take(m_held.size());
   }
+  // True once the connection ended otherwise than by an orderly close.
+  bool wasReset() const { return m_end && m_end != asio::error::eof; }
 
 private:
   bool readMore() {
-    asio::error_code error;
-    const auto got = m_socket.read_some(asio::buffer(m_room), error);
+    const auto got = m_socket.read_some(asio::buffer(m_room), m_end);
     m_held.append(m_room.data(), got);
-    return !error;
+    return !m_end;
   }
   std::string take(std::size_t size) {
     std::string taken = m_held.substr(0, size);
@@ -78,6 +79,7 @@ private:
   asio::io_context m_io;
   asio::ip::tcp::socket m_socket{m_io};
   std::string m_held;
+  asio::error_code m_end; // why the last read failed, if it did
   std::array<char, 65536> m_room{};
 };
 

@@ -33,7 +33,7 @@ TEST_F(StreamReaders, TheHeadComesAtOnceAndTheBodyAsItsPiecesArrive) {
 TEST_F(StreamReaders, AWaitingReaderClaimsThePlayheadAgainEveryTwoSeconds) {
   HttpReader reader(url);
   reader.get(url, "Range: bytes=5000-5009\r\n");
-  ASSERT_TRUE(source->waitForQuestions(10));
+  ASSERT_TRUE(source->waitForQuestions(18));
   EXPECT_EQ(source->playheads(), (std::vector<std::int64_t>{5000}));
   ASSERT_TRUE(source->waitForQuestions(22));
   EXPECT_EQ(source->playheads(), (std::vector<std::int64_t>{5000, 5000}));

@@ -49,6 +49,7 @@ TEST_F(StreamServer, RefusesWhatItCannotServe) {
     HttpReader reader(url);
     reader.say(request);
     EXPECT_EQ(reader.readAll(), expected) << request.substr(0, 200);
+    EXPECT_FALSE(reader.wasReset()) << request.substr(0, 200);
   }
 }
 
