@@ -66,6 +66,8 @@ void PeerConn::received(std::size_t size) {
     if (state == FrameBuffer::State::TooLong) close();
     if (state != FrameBuffer::State::Ready) return;
     handle(frame);
+    if (!m_closed && m_link && m_link->unsent() > kMostUnsent)
+      close();
   }
 }
 
@@ -205,6 +207,7 @@ void PeerConn::onMetadataMessage(ByteSpan payload) {
   const Bencode* piece = root->find(QStringLiteral("piece"));
   if (type == nullptr || piece == nullptr || !type->integer() || !piece->integer()) return;
   if (*type->integer() == kMetadataData) {
+    m_unansweredMetadata = 0;
     m_session.receiveMetadataPiece(*piece->integer(), payload.subspan(parser.pos()));
     m_session.requestMetadata(*this);
   } else if (*type->integer() == kMetadataRequest) {
@@ -214,6 +217,8 @@ void PeerConn::onMetadataMessage(ByteSpan payload) {
 
 void PeerConn::sendMetadataMessage(int type, std::int64_t piece) {
   if (m_utMetadata < 0 || m_utMetadata > 255) return close();
+  if (type == kMetadataRequest)
+    ++m_unansweredMetadata;
   const std::string text =
       "d8:msg_typei" + std::to_string(type) + "e5:piecei" + std::to_string(piece) + "ee";
   ByteVector payload{std::byte(m_utMetadata)};

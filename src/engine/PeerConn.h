@@ -47,6 +47,8 @@ public:
   static constexpr std::uint32_t kHaveLimit = 0x100000;  // larger indexes are not recorded
   static constexpr std::size_t kUnsentLimit = 0x40000;   // bytes; above it blocks wait unread
   static constexpr std::size_t kMostWaitingBlocks = 2048; // more requests than that are dropped
+  // Bytes; a peer that provokes more than that and does not read it is dropped.
+  static constexpr std::size_t kMostUnsent = 0x100000;
 
   // The session outlives the peer.
   PeerConn(Session& session, const Hash20& infoHash, const Hash20& peerId);
@@ -73,6 +75,8 @@ public:
   bool isUnchoked() const { return m_unchokedThem; }
   std::int64_t utMetadata() const { return m_utMetadata; }
   std::int64_t metadataSize() const { return m_metadataSize; }
+  // How often it was asked for metadata since it last sent some.
+  int unansweredMetadata() const { return m_unansweredMetadata; }
 
   bool isHandshaken() const override { return m_handshaken && !m_closed; }
   bool isChoked() const override { return m_choked; }
@@ -112,6 +116,7 @@ private:
   InflightSet m_inflight;
   std::int64_t m_utMetadata = 0; // the peer's id for metadata messages; 0: none
   std::int64_t m_metadataSize = 0;
+  int m_unansweredMetadata = 0;
   std::deque<Request> m_waitingBlocks;
 };
 

@@ -57,8 +57,7 @@ void SessionCore::tick() {
   m_scheduler.sweep();
   std::erase_if(m_peers, [](const auto& peer) { return peer->isClosed(); });
   connectMore();
-  if (!m_meta)
-    for (const auto& peer : m_peers) requestMetadata(*peer);
+  askForMetadata();
   for (const auto& peer : m_peers) pump(*peer);
   const double interval = livePeers() == 0 ? kAnnounceAlone : kAnnounceWithPeers;
   if (!m_lastAnnounce || secondsBetween(*m_lastAnnounce, m_clock.now()) > interval)
@@ -150,6 +149,16 @@ void SessionCore::tellMilestones() {
 void SessionCore::peerClosed(PeerConn& peer) {
   if (!m_scheduler.release(peer)) return;
   for (const auto& other : m_peers) pump(*other);
+}
+
+// A piece is asked of one peer at a time: who never answers must not stand before who would.
+void SessionCore::askForMetadata() {
+  if (m_meta)
+    return;
+  auto peers = m_peers;
+  std::ranges::stable_sort(peers, {}, [](const auto& p) { return p->unansweredMetadata(); });
+  for (const auto& peer : peers)
+    requestMetadata(*peer);
 }
 
 void SessionCore::requestMetadata(PeerConn& peer) {

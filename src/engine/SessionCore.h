@@ -105,6 +105,7 @@ private:
   void connectMore();
   void announceIfNeeded();
   void updateRates();
+  void askForMetadata();
   void tellMilestones();
   std::int64_t livePeers() const;
   bool mayServe(const PeerConn::Request& request);

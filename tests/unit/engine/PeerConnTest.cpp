@@ -188,6 +188,18 @@ TEST_F(PeerConnTest, APeerThatAsksAndNeverReadsCostsNoMemory) {
   EXPECT_LT(session.reads, 3000);
 }
 
+TEST_F(PeerConnTest, APeerThatProvokesAnswersAndNeverReadsIsDropped) {
+  shakeHands();
+  link->stuck = true;
+  const ByteVector provocation = extended(1, "d8:msg_typei0e5:piecei0ee");
+  int sent = 0;
+  while (sent < 100'000 && !peer->isClosed() && ++sent)
+    feed(*peer, provocation);
+  EXPECT_TRUE(peer->isClosed());
+  EXPECT_GT(link->out.size(), PeerConn::kMostUnsent);
+  EXPECT_LT(link->out.size(), PeerConn::kMostUnsent + 100);
+}
+
 TEST_F(PeerConnTest, MalformedPiecesAndExtensionsAreIgnored) {
   shakeHands();
   feed(*peer, frame(7, ByteVector(8)));

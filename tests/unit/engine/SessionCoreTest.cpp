@@ -157,6 +157,25 @@ TEST_F(SessionCoreTest, MetadataIsAskedOfSeveralPeersAndInterestIsDeclared) {
       << "metadata is refused to others also when it is there";
 }
 
+TEST_F(SessionCoreTest, AMutePeerDoesNotKeepTheMetadataFromTheSession) {
+  start();
+  core->addPeers(addresses(2));
+  const std::string offer =
+      "d1:md11:ut_metadatai3ee13:metadata_sizei" + std::to_string(payload.infoRaw.size()) + "ee";
+  for (std::size_t i = 0; i < 2; ++i) {
+    connect(i);
+    feed(*world.dialled[i].peer, extended(0, offer));
+  }
+  EXPECT_EQ(world.dialled[0].link->take().size(), 1U);
+  tickFor(8);
+  EXPECT_TRUE(world.dialled[1].link->take().empty()) << "the first one has eight seconds";
+  tickFor(1);
+  EXPECT_TRUE(world.dialled[0].link->take().empty());
+  EXPECT_EQ(world.dialled[1].link->take().size(), 1U) << "then it is the other's turn";
+  tickFor(9);
+  EXPECT_EQ(world.dialled[0].link->take().size(), 1U) << "and the first one's again";
+}
+
 TEST_F(SessionCoreTest, TheUploadBudgetPacesAndDropsRequests) {
   start();
   core->setMeta(payload.meta, false);
