@@ -1,0 +1,83 @@
+// What a real session needs around it: a main loop that turns, a pool, a network client, a folder,
+// and a torrent whose payload is known.
+#pragma once
+#include "engine/TorrentEngine.h"
+#include "net/HttpClient.h"
+#include "support/LoopbackSeeder.h"
+#include "support/LoopbackTracker.h"
+#include <QCoreApplication>
+#include <QDir>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace vellum::test {
+
+using namespace std::chrono_literals;
+
+// That everything ends when the session is gone is a part of every test: the pool waits for it.
+struct SessionWorld : testing::Test {
+  static constexpr std::int64_t kPiece = 64 * kKiB;
+  static constexpr std::size_t kFilm = 3'000'001; // bytes
+
+  SessionWorld() {
+    for (const char* variable : {"http_proxy", "HTTP_PROXY", "all_proxy", "ALL_PROXY"})
+      qunsetenv(variable);
+  }
+
+  std::unique_ptr<TorrentSession> makeSession(const QStringList& trackers, bool knowsMeta) {
+    return std::make_unique<TorrentSession>(environment, torrent.infoHash, trackers, QString(),
+                                            directory, knowsMeta ? meta : nullptr);
+  }
+
+  // Turns the main loop; false if the condition does not come true in time.
+  template <class Condition>
+  static bool turnUntil(Condition holds, std::chrono::seconds limit = 30s) {
+    const auto deadline = std::chrono::steady_clock::now() + limit;
+    while (!holds() && std::chrono::steady_clock::now() < deadline)
+      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 5);
+    return holds();
+  }
+  template <class F>
+  static double secondsFor(F f) {
+    const auto start = std::chrono::steady_clock::now();
+    f();
+    return secondsBetween(start, std::chrono::steady_clock::now());
+  }
+  static PeerAddr loopback(std::uint16_t port) { return {QStringLiteral("127.0.0.1"), port}; }
+
+  // Selects the film and its subtitle as soon as the files are known, and waits for all of both.
+  static bool finishes(TorrentSession& session) {
+    if (!turnUntil([&] { return session.snapshot().hasMetadata(); }))
+      return false;
+    session.select(0, {1});
+    return turnUntil([&] { return session.snapshot().complete; });
+  }
+  bool holdsThePayload(TorrentSession& session) const {
+    const auto bytes = torrent.payload->bytes();
+    const auto read = session.read(0, static_cast<std::int64_t>(bytes.size()) + 10);
+    return session.hasRange(0, static_cast<std::int64_t>(bytes.size())) && read &&
+           std::ranges::equal(*read, bytes);
+  }
+
+  int argc = 1;
+  char name[5] = "test";
+  char* argv[2] = {name, nullptr};
+  QCoreApplication app{argc, argv};
+  MainLoop main;
+  SystemClock clock;
+  SystemRandom random;
+  QTemporaryDir folder;
+  const QString directory = folder.filePath(QStringLiteral("streams/one"));
+  const TestTorrent torrent =
+      TestTorrent::make(QStringLiteral("Film"),
+                        {{QStringLiteral("film.mkv"), pseudoRandomBytes(kFilm, 1)},
+                         {QStringLiteral("film.srt"), pseudoRandomBytes(5'000, 2)}},
+                        kPiece);
+  const std::shared_ptr<const TorrentMeta> meta =
+      std::make_shared<const TorrentMeta>(*TorrentMeta::parse(asBytes(torrent.infoRaw)));
+  std::optional<IoPool> pool{2};
+  HttpClient http{main};
+  SessionEnvironment environment{*pool, main, clock, random, http.fetcher(), {}};
+};
+
+} // namespace vellum::test

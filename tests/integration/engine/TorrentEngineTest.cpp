@@ -1,0 +1,111 @@
+// The owner of the sessions, with real ones.
+#include "SessionWorld.h"
+
+namespace vellum::test {
+namespace {
+
+struct TorrentEngineTest : SessionWorld, TorrentEngine::Surroundings {
+  QString streamsDirectory() override { return folder.filePath(QStringLiteral("streams")); }
+  bool stopSeedingOnClose() const override { return stopsOnClose; }
+  bool keepAfterPlayback() const override { return keeps; }
+  std::function<std::int64_t()> uploadLimit() const override {
+    return [] { return std::int64_t{0}; };
+  }
+  void sessionEnded(const QString& key) override {
+    ended.append(key);
+    folderAtEnd = QDir(folderOf(key)).exists();
+  }
+
+  QString folderOf(const QString& key) { return streamsDirectory() + u'/' + key; }
+  std::shared_ptr<TorrentSession> acquire(char digit, const QString& title) {
+    Hash20 hash{};
+    hash.fill(std::byte(digit));
+    return engine->acquire(hash, {}, title, nullptr);
+  }
+  QStringList titles() const {
+    QStringList list;
+    for (const auto& entry : engine->entries())
+      list.append(entry.title + (entry.streaming ? u'*' : u' '));
+    return list;
+  }
+
+  static QStringList texts(const char* joined) { return QString::fromUtf8(joined).split(u'|'); }
+
+  bool stopsOnClose = false;
+  bool keeps = false;
+  bool folderAtEnd = false;
+  QStringList ended;
+  std::optional<TorrentEngine> engine{std::in_place, environment, *this};
+};
+
+TEST_F(TorrentEngineTest, OneSessionPerTorrentSharedBetweenPlays) {
+  const auto session = engine->acquire(torrent.infoHash, {}, QString(), nullptr);
+  LoopbackSeeder seeder(torrent);
+  session->addPeers({loopback(seeder.port())});
+  ASSERT_TRUE(finishes(*session));
+  EXPECT_TRUE(QDir(folderOf(session->key())).exists());
+  // The list follows the session: first its title, then its numbers.
+  int changes = 0;
+  QObject::connect(&*engine, &TorrentEngine::entriesChanged, [&] { ++changes; });
+  EXPECT_TRUE(turnUntil([&] {
+    return engine->entries().front().snap.complete &&
+           engine->entries().front().title == QStringLiteral("Film");
+  }));
+  EXPECT_GT(changes, 0);
+  EXPECT_EQ(engine->entries().front().id, session->key());
+
+  EXPECT_EQ(engine->acquire(torrent.infoHash, {QStringLiteral("x")}, QStringLiteral("y"), meta),
+            session);
+  engine->release(session);
+  EXPECT_EQ(titles(), QStringList{QStringLiteral("Film ")}); // it seeds on
+  EXPECT_EQ(engine->acquire(torrent.infoHash, {}, {}, nullptr), session);
+  EXPECT_EQ(titles(), QStringList{QStringLiteral("Film*")});
+  EXPECT_TRUE(holdsThePayload(*session));
+
+  engine->stop(session->key());
+  EXPECT_EQ(ended, QStringList{session->key()});
+  EXPECT_FALSE(folderAtEnd);
+  EXPECT_TRUE(session->isStopped());
+  const auto fresh = engine->acquire(torrent.infoHash, {}, QStringLiteral("Again"), meta);
+  EXPECT_NE(fresh, session);
+  EXPECT_FALSE(fresh->isStopped());
+  EXPECT_FALSE(fresh->hasRange(0, 1));
+  EXPECT_FALSE(engine->entries().front().snap.complete); // nothing is left of the old one
+
+  // A session that was stopped behind the engine's back is replaced, too.
+  fresh->stop(false);
+  const auto third = engine->acquire(torrent.infoHash, {}, QStringLiteral("Again"), meta);
+  EXPECT_NE(third, fresh);
+  EXPECT_TRUE(turnUntil([&] { return !engine->entries().front().snap.name.isEmpty(); }));
+}
+
+TEST_F(TorrentEngineTest, SettingsSayWhatEndsWithPlaybackAndWhatStaysOnDisk) {
+  const auto c = acquire(3, QStringLiteral("c")), a = acquire(1, QStringLiteral("a")),
+             b = acquire(2, QStringLiteral("b"));
+  EXPECT_EQ(titles(), texts("a*|b*|c*"));
+  ASSERT_TRUE(turnUntil([&] { return QDir(folderOf(c->key())).exists(); }));
+  engine->release(b);
+  EXPECT_EQ(titles(), texts("a*|b |c*"));
+  EXPECT_TRUE(ended.isEmpty());
+
+  stopsOnClose = true;
+  keeps = true;
+  engine->release(c);
+  EXPECT_TRUE(folderAtEnd);
+  keeps = false;
+  engine->release(a);
+  EXPECT_FALSE(folderAtEnd);
+  engine->release(a); // twice does no harm
+  engine->stop(QStringLiteral("unknown"));
+  EXPECT_EQ(ended, QStringList({c->key(), a->key()}));
+  EXPECT_EQ(titles(), texts("b "));
+
+  engine.reset();
+  EXPECT_EQ(ended.last(), b->key());
+  EXPECT_TRUE(b->isStopped());
+  EXPECT_EQ(QDir(streamsDirectory()).entryList(QDir::Dirs | QDir::NoDotAndDotDot),
+            QStringList{c->key()});
+}
+
+} // namespace
+} // namespace vellum::test
