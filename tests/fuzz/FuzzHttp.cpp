@@ -4,6 +4,7 @@
 #include "streaming/HttpRequest.h"
 
 using namespace vellum;
+using fuzz::require;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string text(reinterpret_cast<const char*>(data), size);

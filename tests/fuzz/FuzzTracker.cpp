@@ -1,6 +1,6 @@
 // Replies of a hostile tracker, over UDP and HTTP.
+#include "Require.h"
 #include "engine/TrackerWire.h"
-#include <cstdlib>
 
 using namespace vellum;
 
@@ -9,7 +9,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   constexpr std::uint32_t id = 0x01020304;
   parseUdpConnect(bytes, id);
   if (const auto result = parseUdpAnnounce(bytes, id))
-    if (result->peers.size() != (size - 20) / 6) std::abort();
+    if (result->peers.size() != (size - 20) / 6)
+      std::abort();
   parseHttpAnnounce(bytes);
   return 0;
 }

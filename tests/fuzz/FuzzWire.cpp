@@ -1,7 +1,7 @@
 // Bytes of a hostile peer, in random splits, into a session that has metadata or still wants it.
+#include "Require.h"
 #include "unit/engine/Frames.h"
 #include "unit/engine/SwarmWorld.h"
-#include <cstdlib>
 #include <fuzzer/FuzzedDataProvider.h>
 
 using namespace vellum;
@@ -34,8 +34,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto bytes =
         input.ConsumeBytes<std::uint8_t>(input.ConsumeIntegralInRange<std::size_t>(1, 200));
     feed(*end.peer, std::as_bytes(std::span(bytes)));
-    if (end.peer->inflight().size() > 10)
-      std::abort();
+    fuzz::require(end.peer->inflight().size() <= 10);
     world.clock.advance(0.3);
     core->tick();
     core->sendDueBlocks();
