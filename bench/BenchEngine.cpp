@@ -13,8 +13,7 @@ void framesOfSixteenKiB(benchmark::State& state) {
   frame.push_back(std::byte{7});
   frame.resize(4 + 9 + 16384);
   ByteVector stream;
-  for (int i = 0; i < 64; ++i)
-    stream.insert(stream.end(), frame.begin(), frame.end());
+  for (int i = 0; i < 64; ++i) stream.insert(stream.end(), frame.begin(), frame.end());
   FrameBuffer buffer;
   for (auto _ : state) {
     for (std::size_t at = 0; at < stream.size();) {
@@ -34,8 +33,7 @@ BENCHMARK(framesOfSixteenKiB);
 
 void sha1OfAPiece(benchmark::State& state) {
   const ByteVector piece(1 << 20, std::byte{42});
-  for (auto _ : state)
-    benchmark::DoNotOptimize(Sha1::of(piece));
+  for (auto _ : state) benchmark::DoNotOptimize(Sha1::of(piece));
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * piece.size()));
 }
 BENCHMARK(sha1OfAPiece);
@@ -79,8 +77,7 @@ struct Torrent {
   std::vector<Seeder> peers;
   PieceScheduler scheduler{clock, disk,
                            [this](const std::function<void(PieceScheduler::Peer&)>& visit) {
-                             for (auto& peer : peers)
-                               visit(peer);
+                             for (auto& peer : peers) visit(peer);
                            }};
 };
 
@@ -88,8 +85,7 @@ struct Torrent {
 // had and with the pipelines of all other peers full; then the ten are given back.
 void pump(benchmark::State& state, std::size_t peerCount, std::int64_t had) {
   Torrent torrent(peerCount);
-  for (std::int64_t piece = 0; piece < had; ++piece)
-    torrent.deliver(torrent.peers[0], piece);
+  for (std::int64_t piece = 0; piece < had; ++piece) torrent.deliver(torrent.peers[0], piece);
   torrent.scheduler.select(0, {});
   Seeder& peer = torrent.peers.back();
   for (auto _ : state) {

@@ -35,8 +35,7 @@ struct World {
   std::int64_t readAll(tcp::socket& socket) {
     std::int64_t total = 0;
     asio::error_code error;
-    while (!error)
-      total += static_cast<std::int64_t>(socket.read_some(asio::buffer(room), error));
+    while (!error) total += static_cast<std::int64_t>(socket.read_some(asio::buffer(room), error));
     return total;
   }
 
@@ -63,8 +62,7 @@ void serve(benchmark::State& state, World& world, std::int64_t start, std::int64
 
 void oneReaderOfACompleteFile(benchmark::State& state) {
   World world;
-  for ([[maybe_unused]] const auto _ : state)
-    serve(state, world, 0, kFilm);
+  for ([[maybe_unused]] const auto _ : state) serve(state, world, 0, kFilm);
   state.SetBytesProcessed(state.iterations() * kFilm);
 }
 BENCHMARK(oneReaderOfACompleteFile)->UseRealTime()->Unit(benchmark::kMillisecond);
@@ -73,8 +71,7 @@ void randomRangeOnANewConnection(benchmark::State& state) {
   World world;
   std::mt19937_64 random(1);
   std::uniform_int_distribution<std::int64_t> start(0, kFilm - kRead);
-  for ([[maybe_unused]] const auto _ : state)
-    serve(state, world, start(random), kRead);
+  for ([[maybe_unused]] const auto _ : state) serve(state, world, start(random), kRead);
   state.SetBytesProcessed(state.iterations() * kRead);
 }
 BENCHMARK(randomRangeOnANewConnection)->UseRealTime()->Unit(benchmark::kMicrosecond);

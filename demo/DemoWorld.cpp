@@ -48,8 +48,7 @@ std::optional<Wish> readWish(QCommandLineParser& parser) {
   const auto close = option("close-first-after", "bytes after which the first seeder dies");
   const auto stall = option("stall-first-after", "bytes after which the first seeder falls silent");
   parser.process(*QCoreApplication::instance());
-  if (parser.positionalArguments().size() != 1)
-    return std::nullopt;
+  if (parser.positionalArguments().size() != 1) return std::nullopt;
 
   Wish wish{.source = parser.positionalArguments().front().toStdString()};
   wish.seeders = std::max(1, parser.value(seeders).toInt());
@@ -57,16 +56,13 @@ std::optional<Wish> readWish(QCommandLineParser& parser) {
   wish.trackerDelay = std::chrono::milliseconds(parser.value(delay).toInt());
   wish.all = {.uploadRate = parser.value(rate).toDouble(), .delay = wish.trackerDelay};
   wish.first = wish.all;
-  if (parser.isSet(close))
-    wish.first.closeAfter = parser.value(close).toLongLong();
-  if (parser.isSet(stall))
-    wish.first.stallAfter = parser.value(stall).toLongLong();
+  if (parser.isSet(close)) wish.first.closeAfter = parser.value(close).toLongLong();
+  if (parser.isSet(stall)) wish.first.stallAfter = parser.value(stall).toLongLong();
   return wish;
 }
 
 std::int64_t sizeOf(const std::filesystem::path& path) {
-  if (!std::filesystem::is_directory(path))
-    return std::int64_t(std::filesystem::file_size(path));
+  if (!std::filesystem::is_directory(path)) return std::int64_t(std::filesystem::file_size(path));
   std::int64_t total = 0;
   for (const auto& entry : std::filesystem::recursive_directory_iterator(path))
     total += entry.is_regular_file() ? std::int64_t(entry.file_size()) : 0;
@@ -75,8 +71,7 @@ std::int64_t sizeOf(const std::filesystem::path& path) {
 
 std::int64_t pieceLengthFor(std::int64_t size) {
   auto length = kSmallestPiece;
-  while (size / length > kMaxPieces)
-    length *= 2;
+  while (size / length > kMaxPieces) length *= 2;
   return length;
 }
 
@@ -104,8 +99,7 @@ void run(const Wish& wish) {
   QTextStream out(stdout);
   out << "HASH " << toHex(torrent.infoHash) << '\n';
   out << "TRACKER " << tracker.udpUrl() << '\n' << "TRACKER " << tracker.httpUrl() << '\n';
-  for (const auto port : ports)
-    out << "SEEDER 127.0.0.1:" << port << '\n';
+  for (const auto port : ports) out << "SEEDER 127.0.0.1:" << port << '\n';
   out << "TORRENT " << file.fileName() << '\n';
   out << "MAGNET " << torrent.magnet({tracker.udpUrl()}) << '\n';
   out.flush();
@@ -120,8 +114,7 @@ int main(int argc, char** argv) {
   const QCoreApplication app(argc, argv);
   QCommandLineParser parser;
   const auto wish = readWish(parser);
-  if (!wish)
-    parser.showHelp(2);
+  if (!wish) parser.showHelp(2);
   try {
     run(*wish);
   } catch (const std::exception& error) {

@@ -10,8 +10,7 @@ public:
       : m_runtime(runtime), m_settings(settings), m_cache(cache), m_options(options) {}
 
   QString streamsDirectory() override {
-    if (!m_options.streamsDirectory.isEmpty())
-      return m_options.streamsDirectory;
+    if (!m_options.streamsDirectory.isEmpty()) return m_options.streamsDirectory;
     return m_cache.torrentDir() + QStringLiteral("/streams");
   }
   bool stopSeedingOnClose() const override { return m_settings.stopSeedingOnClose(); }

@@ -11,8 +11,7 @@ std::array<std::byte, 4> be32(std::uint32_t value) {
 }
 
 void putBe32(std::span<std::byte> out, std::uint32_t value) {
-  for (int i = 0; i < 4; ++i)
-    out[static_cast<std::size_t>(i)] = std::byte(value >> (24 - 8 * i));
+  for (int i = 0; i < 4; ++i) out[static_cast<std::size_t>(i)] = std::byte(value >> (24 - 8 * i));
 }
 
 void putBe64(std::span<std::byte> out, std::uint64_t value) {
@@ -49,8 +48,7 @@ std::optional<Hash20> hash20FromHex(const QString& text) {
   const auto isHex = [](QChar c) {
     return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f') || (c >= u'A' && c <= u'F');
   };
-  if (text.size() != 40 || !std::all_of(text.begin(), text.end(), isHex))
-    return std::nullopt;
+  if (text.size() != 40 || !std::all_of(text.begin(), text.end(), isHex)) return std::nullopt;
   const QByteArray raw = QByteArray::fromHex(text.toLatin1());
   Hash20 hash{};
   std::memcpy(hash.data(), raw.constData(), hash.size());

@@ -38,11 +38,11 @@ public:
 
   void spawn(Flow<> flow) {
     const auto node = m_state->nodes.emplace(m_state->nodes.end());
-    asio::co_spawn(
-        m_state->executor, std::move(flow),
-        asio::bind_cancellation_slot(node->slot(), [state = m_state, node](const std::exception_ptr&) {
-          state->nodes.erase(node);
-        }));
+    asio::co_spawn(m_state->executor, std::move(flow),
+                   asio::bind_cancellation_slot(node->slot(),
+                                                [state = m_state, node](const std::exception_ptr&) {
+                                                  state->nodes.erase(node);
+                                                }));
   }
 
   void cancelAll() {
@@ -73,14 +73,16 @@ auto syncOn(const Executor& executor, F f) {
 }
 
 // The meeting point of asyncOn: whoever comes second, result or waiter, finds the other.
-template <class Result> class Hop {
+template <class Result>
+class Hop {
 public:
   bool isDone() const { return m_state.load(std::memory_order_acquire) == State::Done; }
   void finish(Result result) {
     m_result.emplace(std::move(result));
     if (m_state.exchange(State::Done) == State::Waiting) m_resume();
   }
-  template <class Handler> void wait(Handler handler) {
+  template <class Handler>
+  void wait(Handler handler) {
     auto held = std::make_shared<Handler>(std::move(handler));
     m_resume = [held] { asio::post(std::move(*held)); };
     if (m_state.exchange(State::Waiting) == State::Done) m_resume();

@@ -18,12 +18,10 @@ IoPool::~IoPool() {
   m_workers.join();
   m_work.reset();
   while (m_running > 0) {
-    if (QCoreApplication::instance() != nullptr)
-      QCoreApplication::processEvents();
+    if (QCoreApplication::instance() != nullptr) QCoreApplication::processEvents();
     QThread::usleep(200);
   }
-  for (auto& thread : m_threads)
-    thread.join();
+  for (auto& thread : m_threads) thread.join();
 }
 
 } // namespace vellum

@@ -13,8 +13,8 @@ namespace vellum {
 // parsing of large bodies on `workers`, so that a slow disk never stops a socket.
 class IoPool {
 public:
-  // One io thread suffices: on it a strand is entered without waking anybody, and one core moves more
-  // than a gigabyte a second. Strands keep the code right for more of them.
+  // One io thread suffices: on it a strand is entered without waking anybody, and one core moves
+  // more than a gigabyte a second. Strands keep the code right for more of them.
   explicit IoPool(int ioThreads = 1, int workerThreads = 2);
   // Waits until everything on the pools has ended: whoever runs there must have been cancelled.
   // The main loop goes on turning meanwhile, since what ends may need a last hop to it.

@@ -31,14 +31,12 @@ void MainLoop::enqueue(std::unique_ptr<AnyTask> task) {
   bool wake = false;
   {
     const std::lock_guard lock(m_mutex);
-    if (m_closed)
-      return;
+    if (m_closed) return;
     wake = !m_waking;
     m_waking = true;
     m_queue.push_back(std::move(task));
   }
-  if (wake)
-    QCoreApplication::postEvent(this, new QEvent(wakeType()));
+  if (wake) QCoreApplication::postEvent(this, new QEvent(wakeType()));
 }
 
 void MainLoop::customEvent(QEvent*) {

@@ -41,8 +41,7 @@ public:
 
     MainLoop& query(asio::execution::context_t) const noexcept { return *m_loop; }
     asio::execution::blocking_t query(asio::execution::blocking_t) const noexcept {
-      if (m_mayRunInline)
-        return asio::execution::blocking.possibly;
+      if (m_mayRunInline) return asio::execution::blocking.possibly;
       return asio::execution::blocking.never;
     }
     Executor require(asio::execution::blocking_t::possibly_t) const noexcept {

@@ -9,8 +9,7 @@ std::uint32_t Random::uniform(std::uint32_t low, std::uint32_t high) {
   // Values of the incomplete last round would favour the low numbers.
   const std::uint64_t limit = std::numeric_limits<std::uint64_t>::max() / count * count;
   std::uint64_t value = next64();
-  while (value >= limit)
-    value = next64();
+  while (value >= limit) value = next64();
   return low + static_cast<std::uint32_t>(value % count);
 }
 

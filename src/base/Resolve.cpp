@@ -30,8 +30,7 @@ Addresses lookUp(const std::string& host) {
   hints.ai_socktype = SOCK_STREAM;
   addrinfo* list = nullptr;
   Addresses found;
-  if (getaddrinfo(host.c_str(), nullptr, &hints, &list) != 0)
-    return found;
+  if (getaddrinfo(host.c_str(), nullptr, &hints, &list) != 0) return found;
   for (const addrinfo* entry = list; entry != nullptr; entry = entry->ai_next)
     if (entry->ai_family == AF_INET || entry->ai_family == AF_INET6)
       found.push_back(toAddress(entry->ai_addr));
@@ -49,8 +48,7 @@ struct LookUp {
     std::optional<Handler> taken;
     {
       const std::lock_guard lock(mutex);
-      if (!handler)
-        return;
+      if (!handler) return;
       taken.emplace(std::move(*handler));
       handler.reset();
     }
@@ -76,8 +74,7 @@ void startLookUp(Handler handler, std::string host) {
 
 std::string unbracketed(const QString& host) {
   QString text = host;
-  if (text.startsWith(u'[') && text.endsWith(u']'))
-    text = text.mid(1, text.size() - 2);
+  if (text.startsWith(u'[') && text.endsWith(u']')) text = text.mid(1, text.size() - 2);
   return text.toStdString();
 }
 
@@ -87,8 +84,7 @@ Flow<Addresses> resolveHost(QString host) {
   const std::string name = unbracketed(host);
   asio::error_code notLiteral;
   const auto literal = asio::ip::make_address(name, notLiteral);
-  if (!notLiteral)
-    co_return Addresses{literal};
+  if (!notLiteral) co_return Addresses{literal};
   co_return co_await asio::async_initiate<const asio::use_awaitable_t<>&,
                                           void(asio::error_code, Addresses)>(
       [](auto handler, std::string text) { startLookUp(std::move(handler), std::move(text)); },

@@ -15,8 +15,7 @@ const EVP_MD* digest() {
 void Sha1::Free::operator()(evp_md_ctx_st* context) const { EVP_MD_CTX_free(context); }
 
 Sha1::Sha1() : m_context(EVP_MD_CTX_new()) {
-  if (!m_context)
-    throw std::bad_alloc();
+  if (!m_context) throw std::bad_alloc();
   reset();
 }
 

@@ -14,24 +14,18 @@ constexpr std::array<Unit, 6> kUnits{
 QString trimmed(double value, int decimals) {
   QString text = QString::number(value, 'f', decimals);
   if (decimals > 0) {
-    while (text.endsWith(u'0'))
-      text.chop(1);
-    if (text.endsWith(u'.'))
-      text.chop(1);
+    while (text.endsWith(u'0')) text.chop(1);
+    if (text.endsWith(u'.')) text.chop(1);
   }
   return text;
 }
 } // namespace
 
 QString formatByteCount(std::int64_t bytes) {
-  if (bytes < 0)
-    return QStringLiteral("—");
-  if (bytes == 0)
-    return QStringLiteral("Zero KB");
-  if (bytes == 1)
-    return QStringLiteral("1 byte");
-  if (bytes < 1000)
-    return QStringLiteral("%1 bytes").arg(bytes);
+  if (bytes < 0) return QStringLiteral("—");
+  if (bytes == 0) return QStringLiteral("Zero KB");
+  if (bytes == 1) return QStringLiteral("1 byte");
+  if (bytes < 1000) return QStringLiteral("%1 bytes").arg(bytes);
   double value = static_cast<double>(bytes) / 1000.0;
   std::size_t unit = 0;
   // 999.95 MB would print as "1000 MB": what rounds up to 1000 takes the next unit.

@@ -13,9 +13,11 @@ public:
 
   // Returns after `duration`, or at once when ring() was called since the last wait. Throws
   // asio::system_error when the coroutine is cancelled.
-  template <class Duration> Flow<> wait(Duration duration) {
+  template <class Duration>
+  Flow<> wait(Duration duration) {
     if (!m_rung) {
-      m_timer.expires_after(std::chrono::duration_cast<std::chrono::steady_clock::duration>(duration));
+      m_timer.expires_after(
+          std::chrono::duration_cast<std::chrono::steady_clock::duration>(duration));
       co_await m_timer.async_wait(asio::experimental::as_tuple(asio::use_awaitable));
     }
     m_rung = false;

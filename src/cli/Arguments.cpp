@@ -80,18 +80,19 @@ Arguments parseArguments(const QStringList& arguments) {
 }
 
 QString helpText() {
-  return tr("Vellum plays films, also while they are still arriving.\n"
-            "\n"
-            "  vellum --stream SOURCE [--file N] [--dir DIR] [--keep]\n"
-            "      Streams a torrent to an address on this machine that any player can open.\n"
-            "      SOURCE is a magnet link, the path or http(s) address of a .torrent file, or a\n"
-            "      40-digit info hash. Prints FILE, URL, READY and DONE, one line each; Ctrl-C ends it.\n"
-            "      --file N   play file number N of the torrent\n"
-            "      --dir DIR  keep the arriving file below DIR instead of the cache\n"
-            "      --keep     do not remove it at the end\n"
-            "  vellum --selftest   run the program's own checks\n"
-            "  vellum --version    print the version\n"
-            "  vellum --help       print this text\n");
+  return tr(
+      "Vellum plays films, also while they are still arriving.\n"
+      "\n"
+      "  vellum --stream SOURCE [--file N] [--dir DIR] [--keep]\n"
+      "      Streams a torrent to an address on this machine that any player can open.\n"
+      "      SOURCE is a magnet link, the path or http(s) address of a .torrent file, or a\n"
+      "      40-digit info hash. Prints FILE, URL, READY and DONE, one line each; Ctrl-C ends it.\n"
+      "      --file N   play file number N of the torrent\n"
+      "      --dir DIR  keep the arriving file below DIR instead of the cache\n"
+      "      --keep     do not remove it at the end\n"
+      "  vellum --selftest   run the program's own checks\n"
+      "  vellum --version    print the version\n"
+      "  vellum --help       print this text\n");
 }
 
 } // namespace vellum

@@ -24,9 +24,9 @@ QString rate(double bytesPerSecond) {
 } // namespace
 
 QString statusText(const SessionSnapshot& snapshot, std::int64_t wantedBytes) {
-  const double fraction =
-      wantedBytes == 0 ? 0.0
-                       : static_cast<double>(snapshot.downloaded) / static_cast<double>(wantedBytes);
+  const double fraction = wantedBytes == 0 ? 0.0
+                                           : static_cast<double>(snapshot.downloaded) /
+                                                 static_cast<double>(wantedBytes);
   const int percent = snapshot.complete ? 100 : std::min(99, static_cast<int>(fraction * 100));
   return QStringLiteral("%1 %2 %  %3 peers  down %4  up %5")
       .arg(stageOf(snapshot, wantedBytes))

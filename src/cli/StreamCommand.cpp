@@ -31,10 +31,8 @@ Flow<std::optional<QString>> readLine(asio::io_context& io) {
   const auto [error, size] =
       co_await asio::async_read_until(input, asio::dynamic_buffer(text, 4096), '\n',
                                       asio::experimental::as_tuple(asio::use_awaitable));
-  if (error == asio::error::operation_aborted)
-    throw asio::system_error(error);
-  if (error)
-    co_return std::nullopt;
+  if (error == asio::error::operation_aborted) throw asio::system_error(error);
+  if (error) co_return std::nullopt;
   co_return QString::fromUtf8(text.data(), static_cast<qsizetype>(size)).trimmed();
 }
 
@@ -45,8 +43,7 @@ StreamCommand::StreamCommand(const Services& services, Arguments arguments)
       m_status(::isatty(STDERR_FILENO) == 1, services.clock), m_changed(services.pool.io()) {}
 
 StreamCommand::~StreamCommand() {
-  if (!m_session)
-    return;
+  if (!m_session) return;
   m_session->setOnProgress({});
   m_session->setOnMetadata({});
 }
@@ -57,14 +54,12 @@ Flow<int> StreamCommand::run() {
     co_await stream();
   } catch (const Ended& end) {
     m_status.clear();
-    if (!end.sentence.isEmpty())
-      std::fprintf(stderr, "%s\n", qUtf8Printable(end.sentence));
+    if (!end.sentence.isEmpty()) std::fprintf(stderr, "%s\n", qUtf8Printable(end.sentence));
     exitCode = end.exitCode;
   } catch (const asio::system_error&) {
     m_status.clear(); // cancelled: the user's way to end it
   }
-  if (m_session)
-    m_services.engine.stop(m_session->key());
+  if (m_session) m_services.engine.stop(m_session->key());
   co_return exitCode;
 }
 
@@ -88,8 +83,7 @@ double StreamCommand::sinceStart() const {
 
 Flow<TorrentSource> StreamCommand::openSource() {
   auto opened = co_await openTorrentSource(m_arguments.source, m_services.fetch);
-  if (const auto* failure = std::get_if<StreamFailure>(&opened))
-    fail(*failure);
+  if (const auto* failure = std::get_if<StreamFailure>(&opened)) fail(*failure);
   co_return std::get<TorrentSource>(std::move(opened));
 }
 
@@ -99,8 +93,7 @@ void StreamCommand::startSession(const TorrentSource& source) {
   // Comes on a worker thread, possibly after this object.
   m_session->setOnMetadata([this, &main = m_services.main, weak = std::weak_ptr(m_alive)] {
     main.post([this, weak] {
-      if (!weak.expired())
-        m_changed.ring();
+      if (!weak.expired()) m_changed.ring();
     });
   });
   m_session->addPeers(source.peers);
@@ -110,8 +103,7 @@ Flow<> StreamCommand::waitForMetadata() {
   const TimePoint start = m_services.clock.now();
   for (;;) {
     const SessionSnapshot snapshot = m_session->snapshot();
-    if (snapshot.hasMetadata())
-      co_return;
+    if (snapshot.hasMetadata()) co_return;
     showStatus(snapshot);
     if (secondsBetween(start, m_services.clock.now()) > kMetadataLimit)
       fail({StreamFailure::Kind::NoMetadata, {}});
@@ -130,10 +122,8 @@ Flow<int> StreamCommand::chooseFile() {
   }
   const auto outcome = VideoFileSelector::select(files);
   using Kind = VideoFileSelector::Outcome::Kind;
-  if (outcome.kind == Kind::None)
-    fail({StreamFailure::Kind::NoVideo, {}});
-  if (outcome.kind == Kind::Single)
-    co_return outcome.files.front();
+  if (outcome.kind == Kind::None) fail({StreamFailure::Kind::NoVideo, {}});
+  if (outcome.kind == Kind::Single) co_return outcome.files.front();
   co_return co_await ask(outcome.files);
 }
 
@@ -148,8 +138,7 @@ Flow<int> StreamCommand::ask(std::vector<int> candidates) {
     std::fprintf(stderr, "%s ", qUtf8Printable(tr("Which file?")));
     std::fflush(stderr);
     const auto answer = co_await readLine(m_services.pool.io());
-    if (!answer)
-      throw Ended{2, tr("Several files could be meant: say which with --file N.")};
+    if (!answer) throw Ended{2, tr("Several files could be meant: say which with --file N.")};
     bool isNumber = false;
     const int index = answer->toInt(&isNumber);
     if (isNumber && std::find(candidates.begin(), candidates.end(), index) != candidates.end())
@@ -163,8 +152,7 @@ void StreamCommand::select(int file) {
   const TorrentFileEntry& chosen = files[static_cast<std::size_t>(file)];
   m_wantedBytes = chosen.size;
   for (const int index : subtitles)
-    if (index != file)
-      m_wantedBytes += files[static_cast<std::size_t>(index)].size;
+    if (index != file) m_wantedBytes += files[static_cast<std::size_t>(index)].size;
   if (const auto failure = checkFreeFor(m_wantedBytes, m_services.freeSpace(m_services.folder)))
     fail(*failure);
   m_session->select(file, subtitles);

@@ -14,8 +14,7 @@ class StopSignals {
 public:
   StopSignals(Runtime& runtime, FlowGroup& flows) : m_signals(runtime.pool.io(), SIGINT, SIGTERM) {
     m_signals.async_wait([&runtime, flows](asio::error_code error, int) mutable {
-      if (!error)
-        runtime.main.post([flows]() mutable { flows.cancelAll(); });
+      if (!error) runtime.main.post([flows]() mutable { flows.cancelAll(); });
     });
   }
   ~StopSignals() { m_signals.cancel(); }

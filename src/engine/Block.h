@@ -4,8 +4,9 @@
 
 namespace vellum {
 
-inline constexpr std::int64_t kBlockSize = 0x4000; // bytes; the last block of a piece may be shorter
-inline constexpr int kPipelineDepth = 10;          // blocks in flight at one peer
+inline constexpr std::int64_t kBlockSize =
+    0x4000;                               // bytes; the last block of a piece may be shorter
+inline constexpr int kPipelineDepth = 10; // blocks in flight at one peer
 
 // Block number in the low 12 bits, piece index above them.
 using BlockKey = std::uint64_t;

@@ -9,9 +9,9 @@ namespace vellum {
 // the bytes that could matter are kept, the rest is dropped as it arrives.
 class FrameBuffer {
 public:
-  static constexpr std::size_t kReadSize = 65536;        // bytes asked of the socket at a time
-  static constexpr std::size_t kLargestFrame = 4194304;  // bytes; a longer one is hostile
-  static constexpr std::size_t kAlwaysKept = 32768;      // frames up to this size are kept whole
+  static constexpr std::size_t kReadSize = 65536;         // bytes asked of the socket at a time
+  static constexpr std::size_t kLargestFrame = 4194304;   // bytes; a longer one is hostile
+  static constexpr std::size_t kAlwaysKept = 32768;       // frames up to this size are kept whole
   static constexpr std::size_t kLargestExtended = 262144; // longer extended messages are dropped
 
   struct Frame {

@@ -12,8 +12,7 @@ namespace vellum {
 // that passing over what is had costs next to nothing however much that is.
 class HaveMap {
 public:
-  explicit HaveMap(std::int64_t pieceCount = 0)
-      : m_next(static_cast<std::size_t>(pieceCount) + 1) {
+  explicit HaveMap(std::int64_t pieceCount = 0) : m_next(static_cast<std::size_t>(pieceCount) + 1) {
     std::iota(m_next.begin(), m_next.end(), 0U);
   }
 

@@ -12,7 +12,7 @@ namespace vellum {
 // SHA-1 of the whole equals the info hash; a wrong whole is thrown away and begun again.
 class MetadataExchange {
 public:
-  static constexpr std::int64_t kPieceSize = 16384; // bytes
+  static constexpr std::int64_t kPieceSize = 16384;    // bytes
   static constexpr std::int64_t kSizeLimit = 8 * kMiB; // an advertised size must lie below it
   static constexpr double kRetry = 8.0;                // seconds per piece
   // What is held of one dictionary: no more bytes than one may have, and no more pieces than that

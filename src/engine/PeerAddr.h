@@ -15,7 +15,8 @@ struct PeerAddr {
 
 } // namespace vellum
 
-template <> struct std::hash<vellum::PeerAddr> {
+template <>
+struct std::hash<vellum::PeerAddr> {
   std::size_t operator()(const vellum::PeerAddr& address) const noexcept {
     return qHash(address.host, address.port);
   }

@@ -66,8 +66,7 @@ void PeerConn::received(std::size_t size) {
     if (state == FrameBuffer::State::TooLong) close();
     if (state != FrameBuffer::State::Ready) return;
     handle(frame);
-    if (!m_closed && m_link && m_link->unsent() > kMostUnsent)
-      close();
+    if (!m_closed && m_link && m_link->unsent() > kMostUnsent) close();
   }
 }
 
@@ -118,9 +117,7 @@ void PeerConn::sendRequest(std::int64_t piece, std::int64_t begin, std::int64_t 
   send(frame);
 }
 
-void PeerConn::sendHave(std::int64_t piece) {
-  msg(Have, be32(static_cast<std::uint32_t>(piece)));
-}
+void PeerConn::sendHave(std::int64_t piece) { msg(Have, be32(static_cast<std::uint32_t>(piece))); }
 
 bool PeerConn::hasPiece(std::int64_t piece) const {
   const auto byte = static_cast<std::size_t>(piece / 8);
@@ -217,8 +214,7 @@ void PeerConn::onMetadataMessage(ByteSpan payload) {
 
 void PeerConn::sendMetadataMessage(int type, std::int64_t piece) {
   if (m_utMetadata < 0 || m_utMetadata > 255) return close();
-  if (type == kMetadataRequest)
-    ++m_unansweredMetadata;
+  if (type == kMetadataRequest) ++m_unansweredMetadata;
   const std::string text =
       "d8:msg_typei" + std::to_string(type) + "e5:piecei" + std::to_string(piece) + "ee";
   ByteVector payload{std::byte(m_utMetadata)};

@@ -11,8 +11,7 @@ namespace vellum {
 
 // Lives on its session's strand; knows no socket: bytes come in through received(), and leave
 // through its link. Once closed it does nothing any more.
-class PeerConn final : public PieceScheduler::Peer,
-                       public std::enable_shared_from_this<PeerConn> {
+class PeerConn final : public PieceScheduler::Peer, public std::enable_shared_from_this<PeerConn> {
 public:
   // A part of a piece that a peer asked for.
   struct Request {
@@ -44,8 +43,8 @@ public:
     virtual std::int64_t pieceCount() const = 0;
   };
 
-  static constexpr std::uint32_t kHaveLimit = 0x100000;  // larger indexes are not recorded
-  static constexpr std::size_t kUnsentLimit = 0x40000;   // bytes; above it blocks wait unread
+  static constexpr std::uint32_t kHaveLimit = 0x100000;   // larger indexes are not recorded
+  static constexpr std::size_t kUnsentLimit = 0x40000;    // bytes; above it blocks wait unread
   static constexpr std::size_t kMostWaitingBlocks = 2048; // more requests than that are dropped
   // Bytes; a peer that provokes more than that and does not read it is dropped.
   static constexpr std::size_t kMostUnsent = 0x100000;

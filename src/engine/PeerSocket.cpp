@@ -7,7 +7,7 @@ namespace vellum {
 namespace {
 constexpr auto asTuple = asio::experimental::as_tuple(asio::use_awaitable);
 constexpr int kReadsPerTurn = 8;
-}
+} // namespace
 
 PeerSocket::PeerSocket(const Strand& strand)
     : m_strand(strand), m_socket(strand), m_handshakeTimer(strand) {}

@@ -37,9 +37,9 @@ private:
   asio::steady_timer m_handshakeTimer;
   std::weak_ptr<PeerConn> m_peer;
   ByteVector m_out;
-  std::size_t m_sent = 0;        // bytes of m_out that are gone
+  std::size_t m_sent = 0; // bytes of m_out that are gone
   bool m_connected = false;
-  bool m_inTurn = false; // the peer handles what was received; a flush follows
+  bool m_inTurn = false;         // the peer handles what was received; a flush follows
   bool m_flushScheduled = false; // a flush will come by itself
 };
 

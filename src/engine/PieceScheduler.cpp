@@ -168,8 +168,7 @@ PieceBuf* PieceScheduler::assemble(std::int64_t piece) {
     memory.resize(static_cast<std::size_t>(length));
     m_assemblyBytes += length;
   }
-  auto buffer =
-      std::make_unique<PieceBuf>(piece * m_meta->pieceLength, length, std::move(memory));
+  auto buffer = std::make_unique<PieceBuf>(piece * m_meta->pieceLength, length, std::move(memory));
   return (m_pieces[piece] = std::move(buffer)).get();
 }
 
@@ -180,8 +179,8 @@ void PieceScheduler::makeRoom(std::int64_t bytes) {
 void PieceScheduler::spillOldest() {
   auto oldest = m_pieces.end();
   for (auto it = m_pieces.begin(); it != m_pieces.end(); ++it)
-    if (it->second->inMemory() && (oldest == m_pieces.end() ||
-                                   it->second->lastTouched() < oldest->second->lastTouched()))
+    if (it->second->inMemory() &&
+        (oldest == m_pieces.end() || it->second->lastTouched() < oldest->second->lastTouched()))
       oldest = it;
   m_assemblyBytes -= oldest->second->length();
   if (!oldest->second->spill(m_disk)) m_pieces.erase(oldest);

@@ -17,7 +17,8 @@ Hash20 SessionCore::makePeerId(Random& random) {
   Hash20 id{};
   const auto client = asBytes(std::string_view("-VL0100-"));
   std::copy(client.begin(), client.end(), id.begin());
-  for (std::size_t i = client.size(); i < id.size(); ++i) id[i] = std::byte(random.uniform(48, 122));
+  for (std::size_t i = client.size(); i < id.size(); ++i)
+    id[i] = std::byte(random.uniform(48, 122));
   return id;
 }
 
@@ -153,12 +154,10 @@ void SessionCore::peerClosed(PeerConn& peer) {
 
 // A piece is asked of one peer at a time: who never answers must not stand before who would.
 void SessionCore::askForMetadata() {
-  if (m_meta)
-    return;
+  if (m_meta) return;
   auto peers = m_peers;
   std::ranges::stable_sort(peers, {}, [](const auto& p) { return p->unansweredMetadata(); });
-  for (const auto& peer : peers)
-    requestMetadata(*peer);
+  for (const auto& peer : peers) requestMetadata(*peer);
 }
 
 void SessionCore::requestMetadata(PeerConn& peer) {
@@ -206,15 +205,13 @@ void SessionCore::sendDueBlocks() {
 }
 
 bool SessionCore::readBlock(const PeerConn::Request& request, std::span<std::byte> into) {
-  return m_meta &&
-         m_storage.read(request.piece * m_meta->pieceLength + request.begin, into);
+  return m_meta && m_storage.read(request.piece * m_meta->pieceLength + request.begin, into);
 }
 
 bool SessionCore::hasRange(std::int64_t abs, std::int64_t length) {
   if (!m_meta || length < 1 || abs < 0) return false;
   if (length > std::numeric_limits<std::int64_t>::max() - abs) return false;
-  return m_scheduler.hasAll(
-      {abs / m_meta->pieceLength, (abs + length - 1) / m_meta->pieceLength});
+  return m_scheduler.hasAll({abs / m_meta->pieceLength, (abs + length - 1) / m_meta->pieceLength});
 }
 
 SessionSnapshot SessionCore::makeSnapshot() const {

@@ -43,9 +43,9 @@ public:
 
   static constexpr std::size_t kMostPeers = 45;
   static constexpr int kMostTrackers = 8;
-  static constexpr double kAnnounceAlone = 25.0;     // seconds between announces with no live peer
+  static constexpr double kAnnounceAlone = 25.0; // seconds between announces with no live peer
   static constexpr double kAnnounceWithPeers = 120.0;
-  static constexpr std::int64_t kLargestServed = 32768; // bytes of one request
+  static constexpr std::int64_t kLargestServed = 32768;   // bytes of one request
   static constexpr std::size_t kMostDelayedBlocks = 4096; // requests beyond are dropped
 
   // `clock` and `outside` outlive it.

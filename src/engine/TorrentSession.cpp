@@ -29,9 +29,9 @@ TorrentSession::TorrentSession(const SessionEnvironment& environment, const Hash
     : m_environment(environment), m_infoHash(infoHash), m_directory(directory),
       m_strand(environment.pool.makeStrand()),
       m_onMetadata(std::make_shared<std::function<void()>>()) {
-  SessionCore::Config config{
-      infoHash, SessionCore::makePeerId(environment.random),
-      SessionCore::withDefaults(trackers, environment.defaultTrackers), title, directory};
+  SessionCore::Config config{infoHash, SessionCore::makePeerId(environment.random),
+                             SessionCore::withDefaults(trackers, environment.defaultTrackers),
+                             title, directory};
   m_runner = std::make_shared<SessionRunner>(environment, m_strand, std::move(config), events());
   if (meta) syncOn(m_strand, [&] { m_runner->core().setMeta(std::move(meta), false); });
 }
@@ -52,8 +52,7 @@ SessionRunner::Events TorrentSession::events() const {
       });
     };
   };
-  const auto metadataArrived = [onMetadata = m_onMetadata,
-                                workers = m_environment.pool.workers()] {
+  const auto metadataArrived = [onMetadata = m_onMetadata, workers = m_environment.pool.workers()] {
     if (*onMetadata) asio::post(workers, *onMetadata);
   };
   return {tellMain(&Observers::onTick), tellMain(&Observers::onProgress), metadataArrived};
@@ -68,9 +67,8 @@ void TorrentSession::setOnProgress(std::function<void(const SessionSnapshot&)> o
 }
 
 void TorrentSession::setOnMetadata(std::function<void()> onMetadata) {
-  asio::post(m_strand, [held = m_onMetadata, f = std::move(onMetadata)]() mutable {
-    *held = std::move(f);
-  });
+  asio::post(m_strand,
+             [held = m_onMetadata, f = std::move(onMetadata)]() mutable { *held = std::move(f); });
 }
 
 void TorrentSession::setUploadLimit(std::function<std::int64_t()> limit) {
@@ -84,9 +82,8 @@ void TorrentSession::start() {
 }
 
 void TorrentSession::addPeers(std::vector<PeerAddr> addresses) {
-  asio::post(m_strand, [runner = m_runner, list = std::move(addresses)] {
-    runner->core().addPeers(list);
-  });
+  asio::post(m_strand,
+             [runner = m_runner, list = std::move(addresses)] { runner->core().addPeers(list); });
 }
 
 void TorrentSession::stop(bool deleteData) {

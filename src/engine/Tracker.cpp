@@ -56,8 +56,7 @@ Flow<std::optional<TrackerResult>> Tracker::announce(QString url, AnnounceReques
   co_return std::nullopt;
 }
 
-Flow<std::optional<TrackerResult>> Tracker::udp(QUrl url, AnnounceRequest request,
-                                                Random& random) {
+Flow<std::optional<TrackerResult>> Tracker::udp(QUrl url, AnnounceRequest request, Random& random) {
   if (url.host().isEmpty()) co_return std::nullopt;
   const auto endpoint = co_await endpointOf(url);
   if (!endpoint) co_return std::nullopt;

@@ -19,7 +19,8 @@ bool answers(ByteSpan reply, std::size_t least, std::uint32_t action, std::uint3
 QString escaped(const Hash20& value) {
   QString text;
   for (const std::byte byte : value)
-    text += u'%' + QStringLiteral("%1").arg(std::to_integer<int>(byte), 2, 16, QChar(u'0')).toUpper();
+    text +=
+        u'%' + QStringLiteral("%1").arg(std::to_integer<int>(byte), 2, 16, QChar(u'0')).toUpper();
   return text;
 }
 
@@ -30,12 +31,9 @@ std::vector<PeerAddr> parseCompact(ByteSpan bytes) {
   peers.reserve(bytes.size() / 6);
   for (std::size_t at = 0; at + 6 <= bytes.size(); at += 6) {
     const auto number = [&](std::size_t i) { return std::to_integer<int>(bytes[at + i]); };
-    peers.push_back({QStringLiteral("%1.%2.%3.%4")
-                         .arg(number(0))
-                         .arg(number(1))
-                         .arg(number(2))
-                         .arg(number(3)),
-                     static_cast<std::uint16_t>(number(4) << 8 | number(5))});
+    peers.push_back(
+        {QStringLiteral("%1.%2.%3.%4").arg(number(0)).arg(number(1)).arg(number(2)).arg(number(3)),
+         static_cast<std::uint16_t>(number(4) << 8 | number(5))});
   }
   return peers;
 }
@@ -54,7 +52,8 @@ std::optional<std::uint64_t> parseUdpConnect(ByteSpan reply, std::uint32_t trans
   return rd64(reply, 8);
 }
 
-std::array<std::byte, 98> udpAnnounceRequest(std::uint64_t connectionId, std::uint32_t transactionId,
+std::array<std::byte, 98> udpAnnounceRequest(std::uint64_t connectionId,
+                                             std::uint32_t transactionId,
                                              const AnnounceRequest& request, std::uint32_t key) {
   std::array<std::byte, 98> out{};
   const std::span all(out);
@@ -85,9 +84,8 @@ std::optional<TrackerResult> parseUdpAnnounce(ByteSpan reply, std::uint32_t tran
 }
 
 QString httpAnnounceUrl(const QString& tracker, const AnnounceRequest& request) {
-  return tracker + (tracker.contains(u'?') ? u'&' : u'?') +
-         QStringLiteral("info_hash=") + escaped(request.infoHash) +
-         QStringLiteral("&peer_id=") + escaped(request.peerId) +
+  return tracker + (tracker.contains(u'?') ? u'&' : u'?') + QStringLiteral("info_hash=") +
+         escaped(request.infoHash) + QStringLiteral("&peer_id=") + escaped(request.peerId) +
          QStringLiteral("&port=%1").arg(request.port) +
          QStringLiteral("&uploaded=0&downloaded=0&left=1&compact=1&numwant=80&event=started");
 }

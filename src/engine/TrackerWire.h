@@ -30,7 +30,8 @@ std::vector<PeerAddr> parseCompact(ByteSpan bytes);
 std::array<std::byte, 16> udpConnectRequest(std::uint32_t transactionId);
 // The connection id, or nothing unless at least 16 bytes answer this very transaction.
 std::optional<std::uint64_t> parseUdpConnect(ByteSpan reply, std::uint32_t transactionId);
-std::array<std::byte, 98> udpAnnounceRequest(std::uint64_t connectionId, std::uint32_t transactionId,
+std::array<std::byte, 98> udpAnnounceRequest(std::uint64_t connectionId,
+                                             std::uint32_t transactionId,
                                              const AnnounceRequest& request, std::uint32_t key);
 // Nothing unless at least 20 bytes answer this very transaction; an error reply is nothing too.
 std::optional<TrackerResult> parseUdpAnnounce(ByteSpan reply, std::uint32_t transactionId);

@@ -17,13 +17,11 @@ std::optional<std::int64_t> parseDecimal(ByteSpan text) {
   const auto* const end = begin + text.size();
   if (begin != end && *begin == '+') {
     ++begin;
-    if (begin != end && *begin == '-')
-      return std::nullopt;
+    if (begin != end && *begin == '-') return std::nullopt;
   }
   std::int64_t value = 0;
   const auto [rest, error] = std::from_chars(begin, end, value);
-  if (error != std::errc{} || rest != end)
-    return std::nullopt;
+  if (error != std::errc{} || rest != end) return std::nullopt;
   return value;
 }
 
@@ -50,30 +48,23 @@ const Bencode::List* Bencode::list() const { return std::get_if<List>(&m_value);
 const Bencode::Dict* Bencode::dict() const { return std::get_if<Dict>(&m_value); }
 
 std::optional<QString> Bencode::string() const {
-  if (bytes() == nullptr)
-    return std::nullopt;
+  if (bytes() == nullptr) return std::nullopt;
   return utf8Text(*bytes());
 }
 
 const Bencode* Bencode::find(const QString& key) const {
-  if (dict() == nullptr)
-    return nullptr;
+  if (dict() == nullptr) return nullptr;
   const auto found = dict()->find(key);
   return found != dict()->end() ? &found->second : nullptr;
 }
 
 std::optional<Bencode> BencodeParser::parse(int depth) {
-  if (m_pos >= m_input.size() || depth >= kDeepest)
-    return std::nullopt;
+  if (m_pos >= m_input.size() || depth >= kDeepest) return std::nullopt;
   const std::byte kind = m_input[m_pos];
-  if (kind == std::byte{'d'})
-    return parseDict(depth);
-  if (kind == std::byte{'l'})
-    return parseList(depth);
-  if (kind == std::byte{'i'})
-    return parseInteger();
-  if (isDigit(kind))
-    return parseBytes();
+  if (kind == std::byte{'d'}) return parseDict(depth);
+  if (kind == std::byte{'l'}) return parseList(depth);
+  if (kind == std::byte{'i'}) return parseInteger();
+  if (isDigit(kind)) return parseBytes();
   return std::nullopt;
 }
 
@@ -86,15 +77,12 @@ std::optional<Bencode> BencodeParser::parseDict(int depth) {
       return Bencode(std::move(dict));
     }
     const auto key = parse(depth + 1);
-    if (!key || key->bytes() == nullptr)
-      return std::nullopt;
+    if (!key || key->bytes() == nullptr) return std::nullopt;
     const std::size_t start = m_pos;
     auto value = parse(depth + 1);
-    if (!value)
-      return std::nullopt;
+    if (!value) return std::nullopt;
     const QString name = utf8Text(*key->bytes());
-    if (depth == 0 && name == QLatin1String("info"))
-      m_infoRange.emplace(start, m_pos);
+    if (depth == 0 && name == QLatin1String("info")) m_infoRange.emplace(start, m_pos);
     dict.insert_or_assign(name, std::move(*value));
   }
   return std::nullopt;
@@ -109,8 +97,7 @@ std::optional<Bencode> BencodeParser::parseList(int depth) {
       return Bencode(std::move(list));
     }
     auto element = parse(depth + 1);
-    if (!element)
-      return std::nullopt;
+    if (!element) return std::nullopt;
     list.push_back(std::move(*element));
   }
   return std::nullopt;
@@ -141,8 +128,7 @@ std::optional<Bencode> BencodeParser::parseBytes() {
   m_pos += digits + 1;
   const auto rest = m_input.subspan(m_pos);
   // Never negative: its first byte is a digit.
-  if (!length || static_cast<std::uint64_t>(*length) > rest.size())
-    return std::nullopt;
+  if (!length || static_cast<std::uint64_t>(*length) > rest.size()) return std::nullopt;
   const auto size = static_cast<std::size_t>(*length);
   m_pos += size;
   return Bencode(toVector(rest.first(size)));

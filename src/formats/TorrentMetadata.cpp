@@ -15,12 +15,9 @@ constexpr QStringView kHashPrefix = u"urn:btih:";
 constexpr QStringView kBase32 = u"ABCDEFGHIJKLMNOPQRSTUVWXYZ234567";
 
 int hexDigit(char c) {
-  if (c >= '0' && c <= '9')
-    return c - '0';
-  if (c >= 'a' && c <= 'f')
-    return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F')
-    return c - 'A' + 10;
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
   return -1;
 }
 
@@ -32,8 +29,7 @@ QString percentDecoded(QStringView text) {
     const bool escaped =
         in[i] == '%' && i + 2 < in.size() && hexDigit(in[i + 1]) >= 0 && hexDigit(in[i + 2]) >= 0;
     out += escaped ? static_cast<char>(hexDigit(in[i + 1]) << 4 | hexDigit(in[i + 2])) : in[i];
-    if (escaped)
-      i += 2;
+    if (escaped) i += 2;
   }
   return utf8Text(asBytes(out));
 }
@@ -64,16 +60,14 @@ TorrentInfo TorrentMetadata::parseTorrent(ByteSpan data) {
   BencodeParser parser(data);
   const auto root = parser.parse();
   const Bencode* info = root ? root->find(QStringLiteral("info")) : nullptr;
-  if (info == nullptr || info->dict() == nullptr || !parser.infoRange())
-    throw TorrentParseError();
+  if (info == nullptr || info->dict() == nullptr || !parser.infoRange()) throw TorrentParseError();
   const auto [start, end] = *parser.infoRange();
 
   TorrentInfo torrent;
   torrent.infoHash = toHex(Sha1::of(data.subspan(start, end - start)));
   torrent.name = torrentName(*info, QStringLiteral("Unnamed torrent"));
   auto files = torrentFiles(*info, torrent.name);
-  if (!files)
-    throw TorrentParseError();
+  if (!files) throw TorrentParseError();
   torrent.files = std::move(*files);
   torrent.trackers = torrentTrackers(*root);
   torrent.trackers.removeDuplicates();
@@ -85,8 +79,7 @@ TorrentInfo TorrentMetadata::parseTorrent(ByteSpan data) {
 std::optional<std::vector<QueryItem>> queryItems(const QString& url) {
   const QString beforeFragment = url.section(u'#', 0, 0);
   const qsizetype mark = beforeFragment.indexOf(u'?');
-  if (mark < 0)
-    return std::nullopt;
+  if (mark < 0) return std::nullopt;
   std::vector<QueryItem> items;
   for (const QStringView part : QStringView(beforeFragment).mid(mark + 1).split(u'&')) {
     const qsizetype equals = part.indexOf(u'=');
@@ -101,27 +94,21 @@ std::optional<std::vector<QueryItem>> queryItems(const QString& url) {
 std::optional<TorrentInfo> TorrentMetadata::parseMagnet(const QString& text) {
   const QString link = text.trimmed();
   const auto items = queryItems(link);
-  if (!link.startsWith(kMagnetScheme) || !items)
-    return std::nullopt;
+  if (!link.startsWith(kMagnetScheme) || !items) return std::nullopt;
   const QueryItem* topic = firstNamed(*items, u"xt");
-  if (topic == nullptr || !topic->value)
-    return std::nullopt;
-  if (!topic->value->startsWith(kHashPrefix, Qt::CaseInsensitive))
-    return std::nullopt;
+  if (topic == nullptr || !topic->value) return std::nullopt;
+  if (!topic->value->startsWith(kHashPrefix, Qt::CaseInsensitive)) return std::nullopt;
 
   QString hash = topic->value->mid(kHashPrefix.size());
-  if (hash.size() == 32)
-    hash = base32ToHex(hash).value_or(hash);
-  if (!hash20FromHex(hash))
-    return std::nullopt;
+  if (hash.size() == 32) hash = base32ToHex(hash).value_or(hash);
+  if (!hash20FromHex(hash)) return std::nullopt;
 
   TorrentInfo torrent;
   const QueryItem* name = firstNamed(*items, u"dn");
   torrent.name = name != nullptr && name->value ? *name->value : hash;
   torrent.infoHash = hash.toLower();
   for (const QueryItem& item : *items)
-    if (item.name == u"tr" && item.value)
-      torrent.trackers.append(*item.value);
+    if (item.name == u"tr" && item.value) torrent.trackers.append(*item.value);
   torrent.magnet = link;
   return torrent;
 }
@@ -132,12 +119,10 @@ std::optional<QString> TorrentMetadata::base32ToHex(const QString& text) {
   int bits = 0;
   for (const QChar c : text.toUpper()) {
     const qsizetype index = kBase32.indexOf(c);
-    if (index < 0)
-      return std::nullopt;
+    if (index < 0) return std::nullopt;
     accumulator = accumulator << 5 | static_cast<std::uint32_t>(index);
     bits += 5;
-    if (bits < 8)
-      continue;
+    if (bits < 8) continue;
     bits -= 8;
     bytes.push_back(std::byte(accumulator >> bits & 0xFF));
   }

@@ -14,8 +14,7 @@ using namespace vellum;
 
 // Tests and demonstrations may name other trackers, or none.
 QStringList defaultTrackers() {
-  if (!qEnvironmentVariableIsSet("VELLUM_TRACKERS"))
-    return addresses::defaultTrackers();
+  if (!qEnvironmentVariableIsSet("VELLUM_TRACKERS")) return addresses::defaultTrackers();
   return qEnvironmentVariable("VELLUM_TRACKERS").split(u',', Qt::SkipEmptyParts);
 }
 
@@ -35,23 +34,18 @@ int main(int argc, char** argv) {
 
   const Arguments arguments = parseArguments(QCoreApplication::arguments().mid(1));
   switch (arguments.mode) {
-  case Arguments::Mode::Help:
-    return print(stdout, helpText(), 0);
-  case Arguments::Mode::Version:
-    return print(stdout, QStringLiteral("Vellum " VELLUM_VERSION), 0);
-  case Arguments::Mode::Wrong:
-    return print(stderr, arguments.error, 2);
+  case Arguments::Mode::Help: return print(stdout, helpText(), 0);
+  case Arguments::Mode::Version: return print(stdout, QStringLiteral("Vellum " VELLUM_VERSION), 0);
+  case Arguments::Mode::Wrong: return print(stderr, arguments.error, 2);
   case Arguments::Mode::Window:
     return print(stderr,
                  QStringLiteral("This build of Vellum has no window yet; vellum --stream SOURCE "
                                 "streams in the terminal (see vellum --help)."),
                  2);
-  default:
-    break;
+  default: break;
   }
 
   Runtime runtime;
-  if (arguments.mode == Arguments::Mode::SelfTest)
-    return runSelfTests(runtime);
+  if (arguments.mode == Arguments::Mode::SelfTest) return runSelfTests(runtime);
   return runStreamMode(runtime, arguments, defaultTrackers(), processStart);
 }

@@ -15,8 +15,7 @@ QString written(const QUuid& id) { return id.toString(QUuid::WithoutBraces).toUp
 QJsonValue valueOr(const QJsonObject& object, const char* key, const QJsonValue& otherwise,
                    bool& good) {
   const QJsonValue value = object.value(QLatin1String(key));
-  if (value.isUndefined())
-    return otherwise;
+  if (value.isUndefined()) return otherwise;
   good = good && value.type() == otherwise.type();
   return value;
 }
@@ -25,35 +24,26 @@ QJsonValue valueOr(const QJsonObject& object, const char* key, const QJsonValue&
 
 QString rawValue(ProviderKind kind) {
   switch (kind) {
-  case ProviderKind::ArchiveOrg:
-    return QStringLiteral("archiveOrg");
-  case ProviderKind::Apibay:
-    return QStringLiteral("apibay");
-  case ProviderKind::Yts:
-    return QStringLiteral("yts");
-  case ProviderKind::Torznab:
-    return QStringLiteral("torznab");
+  case ProviderKind::ArchiveOrg: return QStringLiteral("archiveOrg");
+  case ProviderKind::Apibay: return QStringLiteral("apibay");
+  case ProviderKind::Yts: return QStringLiteral("yts");
+  case ProviderKind::Torznab: return QStringLiteral("torznab");
   }
   return {};
 }
 
 std::optional<ProviderKind> providerKind(const QString& raw) {
   for (const ProviderKind kind : kProviderKinds)
-    if (rawValue(kind) == raw)
-      return kind;
+    if (rawValue(kind) == raw) return kind;
   return std::nullopt;
 }
 
 QString label(ProviderKind kind) {
   switch (kind) {
-  case ProviderKind::ArchiveOrg:
-    return tr("Vidarium");
-  case ProviderKind::Apibay:
-    return tr("ApiBay-compatible JSON");
-  case ProviderKind::Yts:
-    return tr("YTS-compatible JSON");
-  case ProviderKind::Torznab:
-    return tr("Torznab (Jackett/Prowlarr)");
+  case ProviderKind::ArchiveOrg: return tr("Vidarium");
+  case ProviderKind::Apibay: return tr("ApiBay-compatible JSON");
+  case ProviderKind::Yts: return tr("YTS-compatible JSON");
+  case ProviderKind::Torznab: return tr("Torznab (Jackett/Prowlarr)");
   }
   return {};
 }
@@ -72,8 +62,7 @@ std::optional<ProviderConfig> ProviderConfig::fromJson(const QJsonObject& object
   ProviderConfig config;
   const QJsonValue name = object.value(QLatin1String("name"));
   const auto kind = providerKind(object.value(QLatin1String("kind")).toString());
-  if (!name.isString() || !kind)
-    return std::nullopt;
+  if (!name.isString() || !kind) return std::nullopt;
   config.name = name.toString();
   config.kind = *kind;
 
@@ -90,29 +79,25 @@ std::optional<ProviderConfig> ProviderConfig::fromJson(const QJsonObject& object
     good = good && mirror.isString();
     config.mirrors.append(mirror.toString());
   }
-  if (!good)
-    return std::nullopt;
+  if (!good) return std::nullopt;
   return config;
 }
 
 QByteArray toJson(const std::vector<ProviderConfig>& list) {
   QJsonArray array;
-  for (const ProviderConfig& config : list)
-    array.append(config.toJson());
+  for (const ProviderConfig& config : list) array.append(config.toJson());
   return QJsonDocument(array).toJson(QJsonDocument::Compact);
 }
 
 std::optional<std::vector<ProviderConfig>> providersFromJson(const QByteArray& bytes) {
   const QJsonDocument document = QJsonDocument::fromJson(bytes);
-  if (!document.isArray())
-    return std::nullopt;
+  if (!document.isArray()) return std::nullopt;
   std::vector<ProviderConfig> list;
   const QJsonArray array = document.array();
   for (const auto& value : array) {
     const auto config =
         value.isObject() ? ProviderConfig::fromJson(value.toObject()) : std::nullopt;
-    if (!config)
-      return std::nullopt;
+    if (!config) return std::nullopt;
     list.push_back(*config);
   }
   return list;

@@ -18,14 +18,12 @@ void Download::abort() { m_reply.abort(); }
 
 void Download::take() {
   m_body += m_reply.readAll();
-  if (m_body.size() > m_maxBytes)
-    end(NetError::tooLarge());
+  if (m_body.size() > m_maxBytes) end(NetError::tooLarge());
 }
 
 void Download::finish() {
   // An aborted reply is closed, and what it held is gone.
-  if (m_reply.isOpen())
-    take();
+  if (m_reply.isOpen()) take();
   // Qt calls some answers an error and others not; the status alone decides.
   const int status = m_reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
   if (status != 0 && (status < 200 || status > 299))
@@ -37,8 +35,7 @@ void Download::finish() {
 }
 
 void Download::end(std::optional<NetError> error) {
-  if (!m_finished)
-    return;
+  if (!m_finished) return;
   const Finished finished = std::exchange(m_finished, nullptr);
   m_timer.stop();
   m_reply.disconnect(this);

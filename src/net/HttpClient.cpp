@@ -22,11 +22,9 @@ class HttpClient::Requests {
 public:
   Requests() = default;
   ~Requests() {
-    if (!m_manager)
-      return;
+    if (!m_manager) return;
     const auto replies = m_manager->findChildren<QNetworkReply*>(Qt::FindDirectChildrenOnly);
-    for (QNetworkReply* reply : replies)
-      reply->abort();
+    for (QNetworkReply* reply : replies) reply->abort();
   }
   Requests(const Requests&) = delete;
   Requests& operator=(const Requests&) = delete;
@@ -42,15 +40,12 @@ public:
 
   void setCacheDirectory(const QString& directory) {
     m_cacheDirectory = directory;
-    if (m_manager)
-      installCache();
+    if (m_manager) installCache();
   }
 
   void clearCache() {
-    if (m_cacheDirectory.isEmpty())
-      return;
-    if (m_manager)
-      return m_manager->cache()->clear();
+    if (m_cacheDirectory.isEmpty()) return;
+    if (m_manager) return m_manager->cache()->clear();
     QNetworkDiskCache cache;
     cache.setCacheDirectory(m_cacheDirectory);
     cache.clear();
@@ -60,8 +55,7 @@ private:
   QNetworkAccessManager& manager() {
     if (!m_manager) {
       m_manager = std::make_unique<QNetworkAccessManager>();
-      if (!m_cacheDirectory.isEmpty())
-        installCache();
+      if (!m_cacheDirectory.isEmpty()) installCache();
     }
     return *m_manager;
   }
@@ -85,8 +79,7 @@ struct HttpClient::Waiting {
   explicit Waiting(Handler h) : handler(std::move(h)) {}
 
   void complete(asio::error_code error, Download::Outcome outcome) {
-    if (!handler)
-      return;
+    if (!handler) return;
     Handler taken = std::move(*handler);
     handler.reset();
     const auto executor = asio::get_associated_executor(taken);
@@ -96,8 +89,7 @@ struct HttpClient::Waiting {
   }
   void cancel() {
     complete(asio::error::operation_aborted, {});
-    if (download)
-      download->abort();
+    if (download) download->abort();
   }
 
   std::optional<Handler> handler; // nothing once completed
@@ -106,8 +98,7 @@ struct HttpClient::Waiting {
 
 Flow<QByteArray> HttpClient::fetch(MainLoop& main, std::weak_ptr<Requests> requests, QUrl url,
                                    std::chrono::milliseconds timeout, std::int64_t maxBytes) {
-  if (!isFetchable(url))
-    throw NetError::badURL();
+  if (!isFetchable(url)) throw NetError::badURL();
   auto initiate = [&](auto handler) {
     const auto slot = asio::get_associated_cancellation_slot(handler);
     const auto waiting = std::make_shared<Waiting<decltype(handler)>>(std::move(handler));
@@ -115,8 +106,7 @@ Flow<QByteArray> HttpClient::fetch(MainLoop& main, std::weak_ptr<Requests> reque
       asio::cancellation_slot(slot).assign(
           [&main, late = std::weak_ptr(waiting)](asio::cancellation_type) {
             main.post([late] {
-              if (const auto held = late.lock())
-                held->cancel();
+              if (const auto held = late.lock()) held->cancel();
             });
           });
     main.post([waiting, requests, url, timeout, maxBytes] {
@@ -134,8 +124,7 @@ Flow<QByteArray> HttpClient::fetch(MainLoop& main, std::weak_ptr<Requests> reque
       co_await asio::async_initiate<const asio::use_awaitable_t<>&,
                                     void(asio::error_code, Download::Outcome)>(initiate,
                                                                                asio::use_awaitable);
-  if (outcome.error)
-    throw NetError(*outcome.error);
+  if (outcome.error) throw NetError(*outcome.error);
   co_return std::move(outcome.body);
 }
 

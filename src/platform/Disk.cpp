@@ -21,8 +21,7 @@ std::int64_t freeSpace(const QString& path) {
 std::int64_t allocatedSize(const QString& path) {
   constexpr std::int64_t kStatBlock = 512; // the unit of st_blocks, on Linux and macOS alike
   struct stat status {};
-  if (::lstat(QFile::encodeName(path).constData(), &status) != 0)
-    return 0;
+  if (::lstat(QFile::encodeName(path).constData(), &status) != 0) return 0;
   return std::int64_t{status.st_blocks} * kStatBlock;
 }
 

@@ -15,8 +15,7 @@ QString StreamFailure::text() const {
                       "active peers, or trackers may be unreachable.");
   case Kind::NoVideo: return translated("No playable video file was found in this torrent.");
   case Kind::Stalled:
-    return translated(
-        "The stream stalled and no peers are connected. The swarm may be dead.");
+    return translated("The stream stalled and no peers are connected. The swarm may be dead.");
   case Kind::Unsupported:
     return translated("This video's format or codec isn't supported by the built-in player, and "
                       "no external player (mpv, VLC) was found. Install mpv (brew install mpv) "

@@ -8,10 +8,10 @@
 
 namespace vellum {
 
-inline constexpr std::int64_t kFreeAtStart = 314572800;  // bytes of disk before anything starts
-inline constexpr std::int64_t kFreeMargin = 209715200;   // bytes beside what the files need
-inline constexpr double kMetadataLimit = 60.0;           // seconds
-inline constexpr double kStallLimit = 45.0;              // seconds
+inline constexpr std::int64_t kFreeAtStart = 314572800; // bytes of disk before anything starts
+inline constexpr std::int64_t kFreeMargin = 209715200;  // bytes beside what the files need
+inline constexpr double kMetadataLimit = 60.0;          // seconds
+inline constexpr double kStallLimit = 45.0;             // seconds
 inline constexpr std::chrono::seconds kTorrentFetchTimeout{25};
 
 // The peers named in a link ("x.pe=host:port"). An item without a usable port is passed over.

@@ -11,8 +11,7 @@ void print(const QString& line) {
 } // namespace
 
 void CheckList::check(bool passed, const QString& name, const QString& detail) {
-  if (passed)
-    return print(QStringLiteral("PASS  ") + name);
+  if (passed) return print(QStringLiteral("PASS  ") + name);
   ++m_failed;
   print(QStringLiteral("FAIL  ") + name +
         (detail.isEmpty() ? QString() : QStringLiteral(" — ") + detail));

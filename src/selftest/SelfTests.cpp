@@ -11,8 +11,7 @@ using Kind = VideoFileSelector::Outcome::Kind;
 
 std::vector<TorrentFileEntry> list(std::initializer_list<std::pair<const char*, std::int64_t>> of) {
   std::vector<TorrentFileEntry> files;
-  for (const auto& [path, size] : of)
-    files.push_back({QString::fromUtf8(path), size});
+  for (const auto& [path, size] : of) files.push_back({QString::fromUtf8(path), size});
   return files;
 }
 

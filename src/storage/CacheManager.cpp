@@ -16,8 +16,7 @@ const QString kHttpCache = QStringLiteral("URLCache");
 // program happened to be started in, and so means none. Ends early once `alive` falls.
 std::vector<CachedFile> filesBelow(const QString& folder, const std::atomic<bool>& alive) {
   std::vector<CachedFile> files;
-  if (QDir::isRelativePath(folder))
-    return files;
+  if (QDir::isRelativePath(folder)) return files;
   QDirIterator walk(folder, QDir::Files | QDir::Hidden | QDir::NoSymLinks,
                     QDirIterator::Subdirectories);
   while (alive && walk.hasNext()) {
@@ -29,8 +28,7 @@ std::vector<CachedFile> filesBelow(const QString& folder, const std::atomic<bool
 
 std::int64_t sizeOf(const std::vector<CachedFile>& files) {
   std::int64_t total = 0;
-  for (const CachedFile& file : files)
-    total += file.bytes;
+  for (const CachedFile& file : files) total += file.bytes;
   return total;
 }
 
@@ -44,21 +42,17 @@ void enforceLimits(const QString& folder, const Limits& limits, const std::atomi
   auto files = filesBelow(folder, alive);
   if (!alive) // the list may be cut short, and then says nothing about the size
     return;
-  for (const CachedFile& file : tooOld(files, limits.days, limits.now))
-    QFile::remove(file.path);
+  for (const CachedFile& file : tooOld(files, limits.days, limits.now)) QFile::remove(file.path);
   std::erase_if(files, [](const CachedFile& file) { return !QFile::exists(file.path); });
-  for (const CachedFile& file : overLimit(std::move(files), limits.bytes))
-    QFile::remove(file.path);
+  for (const CachedFile& file : overLimit(std::move(files), limits.bytes)) QFile::remove(file.path);
 }
 
 void removeChildren(const QString& folder) {
-  if (QDir::isRelativePath(folder))
-    return;
+  if (QDir::isRelativePath(folder)) return;
   const auto children = QDir(folder).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System |
                                                    QDir::NoDotAndDotDot);
   for (const QFileInfo& child : children) {
-    if (child.fileName() == kHttpCache)
-      continue;
+    if (child.fileName() == kHttpCache) continue;
     if (child.isDir() && !child.isSymLink())
       QDir(child.filePath()).removeRecursively();
     else
@@ -87,8 +81,7 @@ QString CacheManager::torrentDir() const {
 
 void CacheManager::configureURLCache() {
   const QDir cache(m_settings.cachePath());
-  if (cache.isRelative())
-    return;
+  if (cache.isRelative()) return;
   const QString folder = cache.filePath(kHttpCache);
   QDir().mkpath(folder);
   m_http.setCacheDirectory(folder);
@@ -100,8 +93,7 @@ void CacheManager::refresh() {
     const std::int64_t used = sizeOf(filesBelow(cache, *alive));
     const std::int64_t free = freeSpace(downloads);
     main.post([this, alive, used, free] {
-      if (!*alive)
-        return;
+      if (!*alive) return;
       m_usedBytes = used;
       m_freeBytes = free;
       Q_EMIT measured();
@@ -113,8 +105,7 @@ void CacheManager::inBackground(std::function<void()> work) {
   asio::post(m_worker, [this, &main = m_main, alive = m_alive, work = std::move(work)] {
     work();
     main.post([this, alive] {
-      if (*alive)
-        refresh();
+      if (*alive) refresh();
     });
   });
 }

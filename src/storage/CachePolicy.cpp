@@ -19,8 +19,7 @@ qint64 ageKey(const CachedFile& file) {
 std::vector<CachedFile> tooOld(const std::vector<CachedFile>& files, std::int64_t days,
                                const QDateTime& now) {
   std::vector<CachedFile> old;
-  if (days <= 0)
-    return old;
+  if (days <= 0) return old;
   // In floating point: any number of days may stand in the settings.
   const double oldest = static_cast<double>(now.toMSecsSinceEpoch()) -
                         static_cast<double>(days) * kMillisecondsPerDay;
@@ -33,11 +32,9 @@ std::vector<CachedFile> overLimit(std::vector<CachedFile> files, std::int64_t li
   std::stable_sort(files.begin(), files.end(),
                    [](const CachedFile& a, const CachedFile& b) { return ageKey(a) < ageKey(b); });
   std::int64_t total = 0;
-  for (const CachedFile& file : files)
-    total += file.bytes;
+  for (const CachedFile& file : files) total += file.bytes;
   auto next = files.begin();
-  for (; next != files.end() && total > limit; ++next)
-    total -= next->bytes;
+  for (; next != files.end() && total > limit; ++next) total -= next->bytes;
   files.erase(next, files.end());
   return files;
 }

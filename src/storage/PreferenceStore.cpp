@@ -16,8 +16,7 @@ PreferenceStore::PreferenceStore(QString path) : m_path(std::move(path)) { load(
 
 void PreferenceStore::load() {
   QFile file(m_path);
-  if (m_path.isEmpty() || !file.exists())
-    return;
+  if (m_path.isEmpty() || !file.exists()) return;
   const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
   const QJsonDocument document = QJsonDocument::fromJson(bytes);
   m_fileIsBroken = !document.isObject();
@@ -26,11 +25,9 @@ void PreferenceStore::load() {
 
 void PreferenceStore::save(const QJsonObject& values) {
   QDir().mkpath(QFileInfo(m_path).path());
-  if (m_fileIsBroken && !putBrokenFileAside())
-    return;
+  if (m_fileIsBroken && !putBrokenFileAside()) return;
   QSaveFile file(m_path);
-  if (!file.open(QIODevice::WriteOnly))
-    return;
+  if (!file.open(QIODevice::WriteOnly)) return;
   // Keys of providers stand in it.
   file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
   file.write(QJsonDocument(values).toJson());
@@ -53,8 +50,7 @@ void PreferenceStore::put(const QString& key, const QJsonValue& value) {
     m_values.insert(key, value);
     values = m_values;
   }
-  if (!m_path.isEmpty())
-    save(values);
+  if (!m_path.isEmpty()) save(values);
 }
 
 QJsonValue PreferenceStore::value(const QString& key) const {
@@ -86,8 +82,7 @@ std::optional<bool> PreferenceStore::boolean(const QString& key) const {
 
 std::optional<QByteArray> PreferenceStore::data(const QString& key) const {
   const QJsonValue held = value(key).toObject().value(kBytes);
-  if (!held.isString())
-    return std::nullopt;
+  if (!held.isString()) return std::nullopt;
   const auto decoded = QByteArray::fromBase64Encoding(held.toString().toLatin1(),
                                                       QByteArray::AbortOnBase64DecodingErrors);
   return decoded ? std::optional(decoded.decoded) : std::nullopt;

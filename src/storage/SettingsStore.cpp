@@ -112,8 +112,7 @@ void SettingsStore::update(const ProviderConfig& config) {
   auto list = m_providers;
   const auto found = std::find_if(list.begin(), list.end(),
                                   [&](const auto& held) { return held.id == config.id; });
-  if (found == list.end())
-    return;
+  if (found == list.end()) return;
   *found = config;
   setProviders(std::move(list));
 }

@@ -40,8 +40,7 @@ std::string mime(const QString& path) {
   }};
   const QString extension = pathExtension(path);
   for (const auto& [known, type] : types)
-    if (extension == QLatin1String(known))
-      return type;
+    if (extension == QLatin1String(known)) return type;
   return "application/octet-stream";
 }
 

@@ -32,16 +32,12 @@ public:
 
   // The port that is listened on; 0 if that cannot be. A failed start is tried anew by the next.
   std::uint16_t ensureStarted() {
-    if (m_stopped || m_acceptor.is_open())
-      return m_port;
+    if (m_stopped || m_acceptor.is_open()) return m_port;
     asio::error_code error;
     m_acceptor.open(tcp::v4(), error);
-    if (!error)
-      m_acceptor.bind({asio::ip::address_v4::loopback(), 0}, error);
-    if (!error)
-      m_acceptor.listen(tcp::acceptor::max_listen_connections, error);
-    if (!error)
-      m_port = m_acceptor.local_endpoint(error).port();
+    if (!error) m_acceptor.bind({asio::ip::address_v4::loopback(), 0}, error);
+    if (!error) m_acceptor.listen(tcp::acceptor::max_listen_connections, error);
+    if (!error) m_port = m_acceptor.local_endpoint(error).port();
     if (error) {
       asio::error_code ignored;
       m_acceptor.close(ignored);
@@ -118,8 +114,7 @@ Flow<std::optional<QUrl>> LocalStreamServer::url(std::shared_ptr<StreamSource> s
   const auto listener = m_listener;
   const std::uint16_t port =
       co_await asyncOn(listener->strand(), [listener] { return listener->ensureStarted(); });
-  if (port == 0)
-    co_return std::nullopt;
+  if (port == 0) co_return std::nullopt;
   listener->add(source);
   const QString before =
       QStringLiteral("http://127.0.0.1:%1/%2/%3/").arg(port).arg(source->key()).arg(file);

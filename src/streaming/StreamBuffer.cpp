@@ -24,8 +24,7 @@ public:
     while (next <= run.last) {
       const auto placed = placedAtOrBehind(next);
       const std::int64_t gapEnd = placed ? std::min(placed->first - 1, run.last) : run.last;
-      if (next <= gapEnd)
-        append({next, gapEnd});
+      if (next <= gapEnd) append({next, gapEnd});
       next = placed ? std::max(next, std::min(placed->last, run.last)) + 1 : run.last + 1;
     }
   }
@@ -35,10 +34,8 @@ private:
   // The placed run that holds `piece`, or else the nearest one behind it.
   std::optional<PieceRun> placedAtOrBehind(std::int64_t piece) const {
     auto found = m_sorted.upper_bound(piece);
-    if (found != m_sorted.begin() && std::prev(found)->second >= piece)
-      --found;
-    if (found == m_sorted.end())
-      return std::nullopt;
+    if (found != m_sorted.begin() && std::prev(found)->second >= piece) --found;
+    if (found == m_sorted.end()) return std::nullopt;
     return PieceRun{found->first, found->second};
   }
   void append(const PieceRun& run) {
@@ -58,8 +55,7 @@ private:
 std::vector<std::int64_t> expand(const PieceOrder& order) {
   std::vector<std::int64_t> pieces;
   for (const PieceRun& run : order)
-    for (std::int64_t piece = run.first; piece <= run.last; ++piece)
-      pieces.push_back(piece);
+    for (std::int64_t piece = run.first; piece <= run.last; ++piece) pieces.push_back(piece);
   return pieces;
 }
 
@@ -68,8 +64,7 @@ std::int64_t StreamBuffer::clamped(std::int64_t pos) const {
 }
 
 PieceRun StreamBuffer::pieces(std::int64_t relStart, std::int64_t length) const {
-  if (length < 1 || fileLength < 1)
-    return {};
+  if (length < 1 || fileLength < 1) return {};
   const std::int64_t low = clamped(relStart);
   const std::int64_t end = std::min(fileLength, saturatingSum(relStart, length));
   const std::int64_t high = std::max(low, end - 1);
@@ -85,8 +80,7 @@ PieceOrder StreamBuffer::priorityOrder() const {
   OrderBuilder builder;
   builder.add(windowPieces());
   builder.add(tailPieces());
-  for (const std::int64_t piece : extraPieces)
-    builder.add({piece, piece});
+  for (const std::int64_t piece : extraPieces) builder.add({piece, piece});
   builder.add(pieces(playhead, fileLength - playhead));
   builder.add(pieces(0, fileLength));
   return builder.take();

@@ -68,12 +68,10 @@ double StreamBuffer::progress(const Have& have) const {
     ++needed;
     had += have(piece) ? 1 : 0;
   };
-  for (std::int64_t piece = window.first; piece <= window.last; ++piece)
-    count(piece);
+  for (std::int64_t piece = window.first; piece <= window.last; ++piece) count(piece);
   const PieceRun tail = tailPieces();
   for (std::int64_t piece = tail.first; piece <= tail.last; ++piece)
-    if (piece < window.first || piece > window.last)
-      count(piece);
+    if (piece < window.first || piece > window.last) count(piece);
   return needed == 0 ? 1.0 : static_cast<double>(had) / static_cast<double>(needed);
 }
 

@@ -31,8 +31,7 @@ std::vector<int> withExtension(const std::vector<TorrentFileEntry>& files,
                                const QStringList& extensions) {
   std::vector<int> found;
   for (std::size_t i = 0; i < files.size(); ++i)
-    if (extensions.contains(pathExtension(files[i].path)))
-      found.push_back(static_cast<int>(i));
+    if (extensions.contains(pathExtension(files[i].path))) found.push_back(static_cast<int>(i));
   return found;
 }
 
@@ -45,11 +44,9 @@ bool isExcluded(const QString& path) {
 // The run of digits at `at`, without leading zeros; moves `at` behind it.
 QStringView digitsAt(QStringView text, qsizetype& at) {
   const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
-  while (at < text.size() && text[at] == u'0')
-    ++at;
+  while (at < text.size() && text[at] == u'0') ++at;
   const qsizetype start = at;
-  while (at < text.size() && isDigit(text[at]))
-    ++at;
+  while (at < text.size() && isDigit(text[at])) ++at;
   return text.mid(start, at - start);
 }
 
@@ -64,13 +61,10 @@ bool naturalLess(const QString& left, const QString& right) {
     if (isDigit(a[i]) && isDigit(b[j])) {
       const QStringView x = digitsAt(a, i);
       const QStringView y = digitsAt(b, j);
-      if (x.size() != y.size())
-        return x.size() < y.size();
-      if (x != y)
-        return x < y;
+      if (x.size() != y.size()) return x.size() < y.size();
+      if (x != y) return x < y;
     } else {
-      if (a[i] != b[j])
-        return a[i] < b[j];
+      if (a[i] != b[j]) return a[i] < b[j];
       ++i;
       ++j;
     }
@@ -92,11 +86,9 @@ std::vector<int> VideoFileSelector::candidates(const std::vector<TorrentFileEntr
   std::copy_if(videos.begin(), videos.end(), std::back_inserter(kept),
                [&](int index) { return !isExcluded(files[static_cast<std::size_t>(index)].path); });
   // A torrent of nothing but samples still plays.
-  if (kept.empty())
-    kept = videos;
+  if (kept.empty()) kept = videos;
   std::int64_t largest = 0;
-  for (const int index : kept)
-    largest = std::max(largest, sizeOf(index));
+  for (const int index : kept) largest = std::max(largest, sizeOf(index));
   std::erase_if(kept, [&](int index) { return !isAtLeastOneIn(10, sizeOf(index), largest); });
   return kept;
 }
@@ -110,15 +102,13 @@ VideoFileSelector::Outcome VideoFileSelector::select(const std::vector<TorrentFi
     return files[static_cast<std::size_t>(index)];
   };
   std::vector<int> found = candidates(files);
-  if (found.empty())
-    return {};
+  if (found.empty()) return {};
   std::stable_sort(found.begin(), found.end(),
                    [&](int a, int b) { return entry(a).size > entry(b).size; });
   // Files of like weight are what a season looks like; a film with a big extra does not ask.
   const bool isSeason =
       found.size() > 1 && isAtLeastOneIn(2, entry(found[1]).size, entry(found[0]).size);
-  if (!isSeason)
-    return {Outcome::Kind::Single, {found.front()}};
+  if (!isSeason) return {Outcome::Kind::Single, {found.front()}};
   std::stable_sort(found.begin(), found.end(),
                    [&](int a, int b) { return naturalLess(entry(a).path, entry(b).path); });
   return {Outcome::Kind::Choose, std::move(found)};

@@ -9,15 +9,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const ByteSpan input = std::as_bytes(std::span(data, size));
   BencodeParser parser(input);
   const auto value = parser.parse();
-  if (!value)
-    return 0;
+  if (!value) return 0;
   require(parser.pos() > 0 && parser.pos() <= size);
 
   BencodeParser again(input.first(parser.pos()));
   require(again.parse().has_value() && again.pos() == parser.pos());
   require(again.infoRange() == parser.infoRange());
-  if (parser.pos() > 1)
-    require(!BencodeParser(input.first(parser.pos() - 1)).parse());
+  if (parser.pos() > 1) require(!BencodeParser(input.first(parser.pos() - 1)).parse());
 
   const auto range = parser.infoRange();
   require(range.has_value() == (value->find(QStringLiteral("info")) != nullptr));

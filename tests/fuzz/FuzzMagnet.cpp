@@ -8,12 +8,10 @@ using fuzz::require;
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const QString text =
       QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
-  if (const auto bytes = TorrentMetadata::base32ToHex(text))
-    require(bytes->size() % 2 == 0);
+  if (const auto bytes = TorrentMetadata::base32ToHex(text)) require(bytes->size() % 2 == 0);
 
   const auto torrent = TorrentMetadata::parseMagnet(text);
-  if (!torrent)
-    return 0;
+  if (!torrent) return 0;
   require(hash20FromHex(torrent->infoHash) && torrent->infoHash == torrent->infoHash.toLower());
   require(torrent->files.empty() && torrent->magnet == text.trimmed());
 

@@ -35,8 +35,7 @@ std::optional<TorrentInfo> shown(ByteSpan input) {
 // show, under the same hash.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const ByteSpan input = std::as_bytes(std::span(data, size));
-  if (const auto meta = TorrentMeta::parse(input))
-    checkInvariant(*meta);
+  if (const auto meta = TorrentMeta::parse(input)) checkInvariant(*meta);
 
   const auto info = shown(input);
   const auto file = TorrentMeta::parseTorrentFile(input);

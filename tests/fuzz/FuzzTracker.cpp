@@ -9,8 +9,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   constexpr std::uint32_t id = 0x01020304;
   parseUdpConnect(bytes, id);
   if (const auto result = parseUdpAnnounce(bytes, id))
-    if (result->peers.size() != (size - 20) / 6)
-      std::abort();
+    fuzz::require(result->peers.size() == (size - 20) / 6);
   parseHttpAnnounce(bytes);
   return 0;
 }

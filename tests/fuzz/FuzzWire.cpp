@@ -24,11 +24,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     core->select(0, {1});
   }
   core->addPeers({{QStringLiteral("10.0.0.1"), 1}, {QStringLiteral("10.0.0.2"), 2}});
-  for (auto& end : world.dialled)
-    end.peer->connected();
+  for (auto& end : world.dialled) end.peer->connected();
   if (input.ConsumeBool())
-    for (auto& end : world.dialled)
-      feed(*end.peer, handshake(payload().infoHash));
+    for (auto& end : world.dialled) feed(*end.peer, handshake(payload().infoHash));
   while (input.remaining_bytes() > 0) {
     auto& end = world.dialled[input.ConsumeIntegralInRange<std::size_t>(0, 1)];
     const auto bytes =

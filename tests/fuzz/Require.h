@@ -4,8 +4,7 @@
 namespace vellum::fuzz {
 
 inline void require(bool kept) {
-  if (!kept)
-    __builtin_trap();
+  if (!kept) __builtin_trap();
 }
 
 } // namespace vellum::fuzz

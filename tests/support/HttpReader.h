@@ -20,8 +20,7 @@ public:
     m_socket.open(asio::ip::tcp::v4());
     const timeval patience{20, 0};
     ::setsockopt(m_socket.native_handle(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
-    if (buffer == Buffer::Small)
-      m_socket.set_option(asio::socket_base::receive_buffer_size(16384));
+    if (buffer == Buffer::Small) m_socket.set_option(asio::socket_base::receive_buffer_size(16384));
   }
   explicit HttpReader(const QUrl& url, Buffer buffer = Buffer::Usual) : HttpReader(buffer) {
     connect(url);
@@ -47,8 +46,7 @@ public:
     constexpr std::string_view blankLine = "\r\n\r\n";
     std::size_t end = 0;
     while ((end = m_held.find(blankLine)) == std::string::npos)
-      if (!readMore())
-        return take(m_held.size());
+      if (!readMore()) return take(m_held.size());
     return take(end + blankLine.size());
   }
   std::string read(std::size_t size) {

@@ -24,8 +24,7 @@ void LoopbackSeeder::kill() {
 
 void LoopbackSeeder::accept() {
   m_acceptor.async_accept([this](asio::error_code error, tcp::socket socket) {
-    if (error)
-      return;
+    if (error) return;
     ++m_connections;
     const auto peer = std::make_shared<SeederPeer>(*this, std::move(socket));
     m_peers.insert(peer);
@@ -37,8 +36,7 @@ void LoopbackSeeder::accept() {
 void LoopbackSeeder::shutDown() {
   asio::error_code ignored;
   m_acceptor.close(ignored);
-  for (const auto peers = std::move(m_peers); const auto& peer : peers)
-    peer->close();
+  for (const auto peers = std::move(m_peers); const auto& peer : peers) peer->close();
   m_peers.clear();
 }
 

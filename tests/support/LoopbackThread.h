@@ -29,8 +29,7 @@ public:
 
   void join() {
     m_work.reset();
-    if (m_thread.joinable())
-      m_thread.join();
+    if (m_thread.joinable()) m_thread.join();
   }
 
 private:

@@ -74,15 +74,12 @@ Flow<> LoopbackTracker::serveUdp() {
 
 Flow<> LoopbackTracker::answer(udp::endpoint from, ByteVector request) {
   const auto reply = udpReply(request);
-  if (m_delay.count() > 0)
-    co_await sleepFor(m_delay);
-  if (!reply.empty())
-    co_await m_udp.async_send_to(asio::buffer(reply), from, asio::use_awaitable);
+  if (m_delay.count() > 0) co_await sleepFor(m_delay);
+  if (!reply.empty()) co_await m_udp.async_send_to(asio::buffer(reply), from, asio::use_awaitable);
 }
 
 ByteVector LoopbackTracker::udpReply(ByteSpan request) {
-  if (request.size() < 16)
-    return {};
+  if (request.size() < 16) return {};
   const auto action = rd32(request, 8);
   ByteVector reply;
   if (action == kConnect && rd64(request, 0) == kProtocolId) {
@@ -107,8 +104,7 @@ ByteVector LoopbackTracker::udpReply(ByteSpan request) {
 }
 
 Flow<> LoopbackTracker::acceptHttp() {
-  for (;;)
-    m_flows.spawn(serveHttp(co_await m_http.async_accept(asio::use_awaitable)));
+  for (;;) m_flows.spawn(serveHttp(co_await m_http.async_accept(asio::use_awaitable)));
 }
 
 Flow<> LoopbackTracker::serveHttp(tcp::socket socket) {

@@ -82,8 +82,7 @@ private:
   }
 
   std::optional<FileRange> rangeOf(std::int64_t file) const {
-    if (file < 0 || file >= static_cast<std::int64_t>(m_files.size()))
-      return std::nullopt;
+    if (file < 0 || file >= static_cast<std::int64_t>(m_files.size())) return std::nullopt;
     FileRange range;
     for (const auto& entry : std::span(m_files).first(static_cast<std::size_t>(file)))
       range.offset += entry.size;

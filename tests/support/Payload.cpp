@@ -19,10 +19,8 @@ std::shared_ptr<const Payload> Payload::fromFile(const std::filesystem::path& pa
   const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
   void* mapped = file < 0 ? MAP_FAILED : ::mmap(nullptr, size, PROT_READ, MAP_SHARED, file, 0);
   const int error = errno;
-  if (file >= 0)
-    ::close(file);
-  if (mapped == MAP_FAILED)
-    throw std::system_error(error, std::generic_category(), path.string());
+  if (file >= 0) ::close(file);
+  if (mapped == MAP_FAILED) throw std::system_error(error, std::generic_category(), path.string());
   const std::shared_ptr<Payload> payload(new Payload);
   payload->m_mapped = mapped;
   payload->m_bytes = {static_cast<const std::byte*>(mapped), size};
@@ -30,8 +28,7 @@ std::shared_ptr<const Payload> Payload::fromFile(const std::filesystem::path& pa
 }
 
 Payload::~Payload() {
-  if (m_mapped != nullptr)
-    ::munmap(m_mapped, m_bytes.size());
+  if (m_mapped != nullptr) ::munmap(m_mapped, m_bytes.size());
 }
 
 ByteVector pseudoRandomBytes(std::size_t size, std::uint64_t seed) {

@@ -47,8 +47,7 @@ ByteVector message(std::uint8_t id, ByteSpan body = {}) {
 // The integer right behind `key` in bencoded text. Good enough for what clients send, in tests.
 std::optional<std::int64_t> integerAfter(const QByteArray& text, const char* key) {
   const auto at = text.indexOf(key);
-  if (at < 0)
-    return std::nullopt;
+  if (at < 0) return std::nullopt;
   const auto from = at + qsizetype(std::strlen(key));
   bool ok = false;
   const auto value = text.mid(from, text.indexOf('e', from) - from).toLongLong(&ok);
@@ -81,19 +80,15 @@ void SeederPeer::lose() {
 }
 
 void SeederPeer::receive() {
-  if (m_inSize == m_in.size())
-    m_in.resize(m_in.size() * 2);
+  if (m_inSize == m_in.size()) m_in.resize(m_in.size() * 2);
   m_socket.async_read_some(
       asio::buffer(m_in.data() + m_inSize, m_in.size() - m_inSize),
       [this, self = shared_from_this()](asio::error_code error, std::size_t size) {
         m_inSize += size;
-        if (!m_socket.is_open())
-          return;
-        if (error || !consume())
-          return lose();
+        if (!m_socket.is_open()) return;
+        if (error || !consume()) return lose();
         flush();
-        if (m_socket.is_open())
-          receive();
+        if (m_socket.is_open()) receive();
       });
 }
 
@@ -101,20 +96,15 @@ void SeederPeer::receive() {
 bool SeederPeer::consume() {
   auto rest = ByteSpan(m_in).first(m_inSize);
   if (!m_greeted) {
-    if (rest.size() < kHandshakeSize)
-      return true;
-    if (!handshake(rest.first(kHandshakeSize)))
-      return false;
+    if (rest.size() < kHandshakeSize) return true;
+    if (!handshake(rest.first(kHandshakeSize))) return false;
     rest = rest.subspan(kHandshakeSize);
   }
   while (rest.size() >= 4 && m_socket.is_open()) {
     const std::size_t length = rd32(rest, 0);
-    if (length > kMaxFrame)
-      return false;
-    if (rest.size() - 4 < length)
-      break;
-    if (length > 0)
-      frame(rest.subspan(4, length));
+    if (length > kMaxFrame) return false;
+    if (rest.size() - 4 < length) break;
+    if (length > 0) frame(rest.subspan(4, length));
     rest = rest.subspan(4 + length);
   }
   std::memmove(m_in.data(), rest.data(), rest.size());
@@ -153,18 +143,13 @@ void SeederPeer::frame(ByteSpan bytes) {
   const auto body = bytes.subspan(1);
   switch (std::uint8_t(bytes[0])) {
   case kInterested:
-    if (!m_seeder.m_options.choke && !std::exchange(m_unchoked, true))
-      send(message(kUnchoke));
+    if (!m_seeder.m_options.choke && !std::exchange(m_unchoked, true)) send(message(kUnchoke));
     break;
   case kRequest:
-    if (body.size() == 12 && m_unchoked)
-      block(rd32(body, 0), rd32(body, 4), rd32(body, 8));
+    if (body.size() == 12 && m_unchoked) block(rd32(body, 0), rd32(body, 4), rd32(body, 8));
     break;
-  case kExtended:
-    extended(body);
-    break;
-  default:
-    break;
+  case kExtended: extended(body); break;
+  default: break;
   }
 }
 
@@ -173,8 +158,7 @@ void SeederPeer::block(std::uint64_t piece, std::uint64_t begin, std::uint64_t l
   const auto payload = seeder.m_torrent.payload->bytes();
   const auto pieceLength = std::uint64_t(seeder.m_torrent.pieceLength);
   const auto from = piece * pieceLength + begin;
-  if (length > kMaxBlock || begin + length > pieceLength || from + length > payload.size())
-    return;
+  if (length > kMaxBlock || begin + length > pieceLength || from + length > payload.size()) return;
   const auto& options = seeder.m_options;
   if (options.stallAfter && seeder.m_payloadSent + std::int64_t(length) > *options.stallAfter)
     return;
@@ -196,8 +180,7 @@ void SeederPeer::block(std::uint64_t piece, std::uint64_t begin, std::uint64_t l
 }
 
 void SeederPeer::extended(ByteSpan bytes) {
-  if (bytes.empty() || !m_seeder.m_options.servesMetadata)
-    return;
+  if (bytes.empty() || !m_seeder.m_options.servesMetadata) return;
   const auto text = toByteArray(bytes.subspan(1));
   if (bytes[0] == std::byte(0))
     m_theirMetadataId = std::uint8_t(integerAfter(text, "11:ut_metadatai").value_or(0));
@@ -208,8 +191,7 @@ void SeederPeer::extended(ByteSpan bytes) {
 void SeederPeer::sendMetadata(std::int64_t piece) {
   const auto raw = asBytes(m_seeder.m_torrent.infoRaw);
   const auto pieces = std::int64_t((raw.size() + kMetadataPiece - 1) / kMetadataPiece);
-  if (piece < 0 || piece >= pieces)
-    return;
+  if (piece < 0 || piece >= pieces) return;
   auto part = raw.subspan(std::size_t(piece) * kMetadataPiece);
   part = part.first(std::min(part.size(), kMetadataPiece));
   const QByteArray body = char(m_theirMetadataId) + QByteArray("d8:msg_typei1e5:piecei") +
@@ -229,8 +211,7 @@ std::vector<asio::const_buffer> SeederPeer::dueBuffers(TimePoint now) const {
   buffers.reserve(kMaxBuffers);
   std::size_t gone = m_outSent;
   for (const auto& chunk : m_out) {
-    if (chunk.due > now || buffers.size() + 2 > kMaxBuffers)
-      break;
+    if (chunk.due > now || buffers.size() + 2 > kMaxBuffers) break;
     for (const auto part : {ByteSpan(chunk.head), chunk.body}) {
       const auto skipped = std::min(gone, part.size());
       gone -= skipped;
@@ -243,12 +224,10 @@ std::vector<asio::const_buffer> SeederPeer::dueBuffers(TimePoint now) const {
 
 // Sends what is due, as far as the socket takes it, and sees to it that the rest follows.
 void SeederPeer::flush() {
-  if (m_flushing)
-    return;
+  if (m_flushing) return;
   const auto goOn = [this, self = shared_from_this()](asio::error_code error) {
     m_flushing = false;
-    if (!error)
-      flush();
+    if (!error) flush();
   };
   while (!m_out.empty() && m_socket.is_open()) {
     const auto now = TimePoint::clock::now();
@@ -263,8 +242,7 @@ void SeederPeer::flush() {
       m_flushing = true;
       return m_socket.async_wait(asio::ip::tcp::socket::wait_write, goOn);
     }
-    if (error)
-      return; // shows on the receiving side
+    if (error) return; // shows on the receiving side
   }
 }
 

@@ -48,8 +48,7 @@ public:
   }
   void request(std::uint32_t piece, std::uint32_t begin, std::uint32_t length) {
     QByteArray frame("\0\0\0\x0d\6", 5);
-    for (const auto value : {piece, begin, length})
-      frame += toByteArray(be32(value));
+    for (const auto value : {piece, begin, length}) frame += toByteArray(be32(value));
     write(frame);
   }
   // The next message; throws at the end of the stream.
@@ -62,8 +61,7 @@ public:
   }
   ByteVector next(std::uint8_t id) {
     for (;;)
-      if (auto message = next(); message.at(0) == std::byte(id))
-        return message;
+      if (auto message = next(); message.at(0) == std::byte(id)) return message;
   }
 
 private:
@@ -165,10 +163,8 @@ TEST(LoopbackSeeder, KeepsToRateAndDelay) {
   Leecher leecher(seeder.port(), torrent.infoHash);
   leecher.join();
   const auto began = TimePoint::clock::now();
-  for (std::uint32_t i = 0; i < 10; ++i)
-    leecher.request(0, i * kBlock, kBlock);
-  for (int i = 0; i < 10; ++i)
-    leecher.next(7);
+  for (std::uint32_t i = 0; i < 10; ++i) leecher.request(0, i * kBlock, kBlock);
+  for (int i = 0; i < 10; ++i) leecher.next(7);
   const auto took = secondsBetween(began, TimePoint::clock::now());
   EXPECT_GE(took, 0.02 + 10 * kBlock / 1e6);
   EXPECT_LT(took, 1.0);

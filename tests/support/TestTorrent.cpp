@@ -24,8 +24,7 @@ QByteArray fileList(const std::vector<TestTorrent::Entry>& files) {
   QByteArray list("5:filesl");
   for (const auto& file : files) {
     list += "d6:length" + bencoded(file.size) + "4:pathl";
-    for (const auto& component : file.path.split(u'/'))
-      list += bencoded(component);
+    for (const auto& component : file.path.split(u'/')) list += bencoded(component);
     list += "ee";
   }
   return list + 'e';
@@ -98,8 +97,7 @@ QByteArray TestTorrent::torrentFile(const QStringList& trackers) const {
   QByteArray file("d");
   if (!trackers.isEmpty()) {
     file += "8:announce" + bencoded(trackers.front()) + "13:announce-listl";
-    for (const auto& tracker : trackers)
-      file += 'l' + bencoded(tracker) + 'e';
+    for (const auto& tracker : trackers) file += 'l' + bencoded(tracker) + 'e';
     file += 'e';
   }
   return file + "4:info" + infoRaw + 'e';
@@ -111,10 +109,8 @@ QString TestTorrent::magnet(const QStringList& trackers, const QStringList& peer
   };
   auto link = QStringLiteral("magnet:?xt=urn:btih:") + toHex(infoHash) + QStringLiteral("&dn=") +
               escaped(name);
-  for (const auto& tracker : trackers)
-    link += QStringLiteral("&tr=") + escaped(tracker);
-  for (const auto& peer : peers)
-    link += QStringLiteral("&x.pe=") + peer;
+  for (const auto& tracker : trackers) link += QStringLiteral("&tr=") + escaped(tracker);
+  for (const auto& peer : peers) link += QStringLiteral("&x.pe=") + peer;
   return link;
 }
 

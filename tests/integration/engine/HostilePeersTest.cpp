@@ -13,8 +13,7 @@ constexpr auto say = ScriptedPeer::say;
 ScriptedPeer::Script saying(const Hash20& hash, std::vector<ByteVector> frames) {
   return [=](Socket& socket) -> Flow<> {
     co_await ScriptedPeer::greet(socket, hash);
-    for (const auto& bytes : frames)
-      co_await say(socket, bytes);
+    for (const auto& bytes : frames) co_await say(socket, bytes);
   };
 }
 
@@ -31,8 +30,7 @@ ScriptedPeer::Script lying(const Hash20& hash, int count) {
     co_await say(socket, frame(1));
     for (int left = count; left > 0;) {
       const auto message = co_await ScriptedPeer::hear(socket);
-      if (message.id != 6)
-        continue;
+      if (message.id != 6) continue;
       --left;
       const ByteVector wrong(message.number(2), std::byte{'x'});
       co_await say(socket, pieceFrame(message.number(0), message.number(1), wrong));
@@ -50,8 +48,7 @@ ScriptedPeer::Script forging(const Hash20& hash, std::size_t size) {
     co_await say(socket, extended(0, text));
     for (int i = 0; i < 3;) {
       const auto message = co_await ScriptedPeer::hear(socket);
-      if (message.id != 20 || message.body.front() != std::byte{7})
-        continue;
+      if (message.id != 20 || message.body.front() != std::byte{7}) continue;
       ++i;
       co_await say(socket, extended(1, "d8:msg_typei1e5:piecei0ee", ByteVector(size)));
     }
@@ -122,19 +119,15 @@ struct HostilePeersTest : SessionWorld {
 
   void survives(bool knowsMeta, std::vector<ScriptedPeer::Script> extra, bool extraAreDropped) {
     std::list<ScriptedPeer> bad, tiresome;
-    for (auto& script : dropped())
-      bad.emplace_back(script);
-    for (auto& script : tolerated())
-      tiresome.emplace_back(script);
-    for (auto& script : extra)
-      (extraAreDropped ? bad : tiresome).emplace_back(script);
+    for (auto& script : dropped()) bad.emplace_back(script);
+    for (auto& script : tolerated()) tiresome.emplace_back(script);
+    for (auto& script : extra) (extraAreDropped ? bad : tiresome).emplace_back(script);
     const auto session = makeSession({}, knowsMeta);
     session->start();
     session->select(0, {1});
     std::vector<PeerAddr> addresses;
     for (const auto* peers : {&bad, &tiresome})
-      for (const auto& peer : *peers)
-        addresses.push_back(loopback(peer.port()));
+      for (const auto& peer : *peers) addresses.push_back(loopback(peer.port()));
     session->addPeers(addresses);
     const auto allDropped = [&] {
       return std::ranges::all_of(bad, [](const auto& peer) { return peer.drops() == 1; });
@@ -150,8 +143,7 @@ struct HostilePeersTest : SessionWorld {
     session->addPeers({loopback(good.port())});
     ASSERT_TRUE(finishes(*session));
     EXPECT_TRUE(holdsThePayload(*session));
-    for (const auto& peer : tiresome)
-      EXPECT_EQ(peer.dials(), 1); // never a second time
+    for (const auto& peer : tiresome) EXPECT_EQ(peer.dials(), 1); // never a second time
     session->stop(true);
     EXPECT_TRUE(turnUntil([&] {
       return std::ranges::all_of(tiresome, [](const auto& peer) { return peer.drops() == 1; });
@@ -187,8 +179,7 @@ TEST_F(HostilePeersTest, WhoAsksAndNeverReadsIsDropped) {
       append(many, extended(0, "d1:md11:ut_metadatai3eee"));
       append(many, extended(1, "d8:msg_typei0e5:piecei123456789ee"));
     }
-    for (;;)
-      co_await say(socket, many); // until the other side has had enough
+    for (;;) co_await say(socket, many); // until the other side has had enough
   };
   ScriptedPeer peer(flood);
   session->addPeers({loopback(peer.port())});

@@ -51,8 +51,7 @@ public:
   // The next message that is no keep-alive.
   static Flow<RecordingLink::Message> hear(Socket& socket) {
     ByteVector length(4);
-    do
-      co_await asio::async_read(socket, asio::buffer(length), asio::use_awaitable);
+    do co_await asio::async_read(socket, asio::buffer(length), asio::use_awaitable);
     while (rd32(length, 0) == 0);
     ByteVector message(rd32(length, 0));
     co_await asio::async_read(socket, asio::buffer(message), asio::use_awaitable);
@@ -62,8 +61,7 @@ public:
 
 private:
   Flow<> accept() {
-    for (;;)
-      m_flows.spawn(serve(co_await m_acceptor.async_accept(asio::use_awaitable)));
+    for (;;) m_flows.spawn(serve(co_await m_acceptor.async_accept(asio::use_awaitable)));
   }
   Flow<> serve(Socket socket) {
     ++m_dials;
@@ -79,8 +77,7 @@ private:
     while (stays && !error)
       co_await socket.async_read_some(asio::buffer(dropped),
                                       asio::redirect_error(asio::use_awaitable, error));
-    if (error != asio::error::operation_aborted)
-      ++m_drops;
+    if (error != asio::error::operation_aborted) ++m_drops;
   }
 
   LoopbackThread m_thread;

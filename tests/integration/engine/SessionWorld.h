@@ -47,8 +47,7 @@ struct SessionWorld : testing::Test {
 
   // Selects the film and its subtitle as soon as the files are known, and waits for all of both.
   static bool finishes(TorrentSession& session) {
-    if (!turnUntil([&] { return session.snapshot().hasMetadata(); }))
-      return false;
+    if (!turnUntil([&] { return session.snapshot().hasMetadata(); })) return false;
     session.select(0, {1});
     return turnUntil([&] { return session.snapshot().complete; });
   }

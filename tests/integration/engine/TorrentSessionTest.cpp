@@ -119,8 +119,7 @@ TEST_F(TorrentSessionTest, ALeecherThatWeDialGetsTheRightBytes) {
     co_await ScriptedPeer::greet(socket, torrent.infoHash);
     co_await ScriptedPeer::say(socket, frame(6, numbers({0, 0, 16384}))); // not yet unchoked
     co_await ScriptedPeer::say(socket, frame(2));
-    do
-      heard.push_back(co_await ScriptedPeer::hear(socket));
+    do heard.push_back(co_await ScriptedPeer::hear(socket));
     while (heard.back().id != 1);
     for (const auto& request :
          {numbers({pieces, 0, 1}), numbers({0xffffffff, 0xffffffff, 0xffffffff}),
@@ -129,8 +128,7 @@ TEST_F(TorrentSessionTest, ALeecherThatWeDialGetsTheRightBytes) {
           // The good ones:
           numbers({3, 0, 32768}), numbers({7, 12345, 1}), numbers({pieces - 1, lastPiece - 1, 1})})
       co_await ScriptedPeer::say(socket, frame(6, request));
-    for (int i = 0; i < 3; ++i)
-      heard.push_back(co_await ScriptedPeer::hear(socket));
+    for (int i = 0; i < 3; ++i) heard.push_back(co_await ScriptedPeer::hear(socket));
   });
   session->addPeers({loopback(leecher.port())});
   ASSERT_TRUE(turnUntil([&] { return leecher.ended() > 0; }));

@@ -97,8 +97,7 @@ TEST_F(HttpClientTest, ACancellationMayMeetTheAnswerAtAnyMoment) {
     asio::steady_timer timer(pool.io());
     timer.expires_after(std::chrono::microseconds(round * round));
     timer.async_wait(asio::bind_executor(strand, [this](asio::error_code stopped) {
-      if (!stopped)
-        flows.cancelAll();
+      if (!stopped) flows.cancelAll();
     }));
     start(client->fetchData(server.url(), 1h), promise);
     const Ending result = ending(promise);
@@ -118,12 +117,10 @@ TEST_F(HttpClientTest, FetchesEndWithTheClientAndNoneBeginsAfterIt) {
   });
   const FetchData fetch = client->fetcher();
   std::array<std::promise<Ending>, 3> promises;
-  for (auto& promise : promises)
-    start(fetch(server.url(), 1h), promise);
+  for (auto& promise : promises) start(fetch(server.url(), 1h), promise);
   ASSERT_TRUE(turnUntil([&] { return server.requests() == 3; }));
   client.reset();
-  for (auto& promise : promises)
-    EXPECT_FALSE(ending(promise).error.isEmpty());
+  for (auto& promise : promises) EXPECT_FALSE(ending(promise).error.isEmpty());
   EXPECT_TRUE(turnUntil([&] { return server.dropped() == 3; }));
 
   std::promise<Ending> late;

@@ -33,8 +33,7 @@ ScriptedServer::Answer ScriptedServer::reply(int status, const QByteArray& body,
 }
 
 Flow<> ScriptedServer::accept() {
-  for (;;)
-    m_flows.spawn(serve(co_await m_acceptor.async_accept(asio::use_awaitable)));
+  for (;;) m_flows.spawn(serve(co_await m_acceptor.async_accept(asio::use_awaitable)));
 }
 
 Flow<> ScriptedServer::serve(tcp::socket socket) {
@@ -47,8 +46,7 @@ Flow<> ScriptedServer::serve(tcp::socket socket) {
     co_await asio::async_write(socket, asio::buffer(answer.head.data(), answer.head.size()),
                                asio::use_awaitable);
     for (int i = 0; i < answer.times; ++i) {
-      if (answer.pause.count() > 0)
-        co_await sleepFor(answer.pause);
+      if (answer.pause.count() > 0) co_await sleepFor(answer.pause);
       co_await asio::async_write(socket, asio::buffer(answer.body.data(), answer.body.size()),
                                  asio::use_awaitable);
     }

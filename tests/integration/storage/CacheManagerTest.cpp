@@ -54,8 +54,7 @@ struct CacheManagerTest : testing::Test {
     QStringList names;
     QDirIterator walk(below, QDir::Files | QDir::Hidden | QDir::System,
                       QDirIterator::Subdirectories);
-    while (walk.hasNext())
-      names << QDir(below).relativeFilePath(walk.next());
+    while (walk.hasNext()) names << QDir(below).relativeFilePath(walk.next());
     names.sort();
     return names;
   }
@@ -164,8 +163,7 @@ TEST_F(CacheManagerTest, GoesInTheMiddleOfAWalkWithoutATrace) {
   for (int round = 0; round < 20; ++round) {
     manager.emplace(settings, main, *pool, http, [] { return kNow; });
     manager->refresh();
-    if (round % 2 == 0)
-      QCoreApplication::processEvents();
+    if (round % 2 == 0) QCoreApplication::processEvents();
     manager.reset();
   }
   pool.reset();

@@ -120,8 +120,7 @@ TEST_F(PreferenceStoreTest, WritersAndReadersOfManyThreadsLoseNothing) {
         EXPECT_EQ(store.integer(own), i);
       }
     });
-  for (auto& thread : threads)
-    thread.join();
+  for (auto& thread : threads) thread.join();
   const PreferenceStore again(path);
   for (int thread = 0; thread < 4; ++thread)
     EXPECT_EQ(again.integer(QString::number(thread)), kWrites);

@@ -44,8 +44,7 @@ TEST_F(StreamReaders, ADroppedReaderIsNoticedWhileItWaits) {
     {
       HttpReader reader(url);
       reader.get(url);
-      if (!isReset)
-        reader.readHead(); // closing with unread bytes resets the connection
+      if (!isReset) reader.readHead(); // closing with unread bytes resets the connection
       ASSERT_TRUE(source->waitForQuestions(2));
     }
     EXPECT_LT(secondsUntilReleased(), 1.0) << "100 ms and some patience for a busy machine";

@@ -81,8 +81,7 @@ TEST_F(StreamServer, ReadsAHeadHoweverItComesAndUpToItsLimit) {
   source->arriveAll();
   const std::string request = "GET " + kPath + "1/x HTTP/1.1\r\nRange: bytes=1-3\r\n";
   HttpReader dribbling(url);
-  for (const char c : request + "\r\n")
-    dribbling.say({&c, 1});
+  for (const char c : request + "\r\n") dribbling.say({&c, 1});
   EXPECT_EQ(dribbling.readAll(), head206(1, 3) + film(1, 3));
 
   std::string longest = request + "X: " + std::string(32768 - request.size() - 3, 'x');
@@ -118,8 +117,7 @@ TEST_F(StreamServer, NamesTheFileInAUrlThatEveryPlayerReads) {
             "1/Film%20%5B1080p%5D%20%231%2050%25%3F.mkv");
   EXPECT_EQ(path("映画%20.mkv"), "1/%E6%98%A0%E7%94%BB%2520.mkv");
   EXPECT_EQ(path("a (b) & c's, d.mp4"), "1/a%20(b)%20&%20c's,%20d.mp4");
-  for (const char* bad : {"", "/", "..", "a/."})
-    EXPECT_EQ(path(bad), "1/video") << bad;
+  for (const char* bad : {"", "/", "..", "a/."}) EXPECT_EQ(path(bad), "1/video") << bad;
 }
 
 TEST_F(StreamServer, AnUnregisteredTorrentIsNotFound) {

@@ -8,7 +8,9 @@ namespace vellum::test {
 
 inline ByteVector bytesOf(std::string_view text) { return toVector(asBytes(text)); }
 
-inline void append(ByteVector& to, ByteSpan bytes) { to.insert(to.end(), bytes.begin(), bytes.end()); }
+inline void append(ByteVector& to, ByteSpan bytes) {
+  to.insert(to.end(), bytes.begin(), bytes.end());
+}
 
 inline ByteVector frame(int id, ByteSpan body = {}) {
   ByteVector out = toVector(be32(static_cast<std::uint32_t>(body.size() + 1)));

@@ -34,8 +34,16 @@ public:
 };
 
 struct PeerConnTest : testing::Test {
-  Hash20 hash = [] { Hash20 h; h.fill(std::byte{7}); return h; }();
-  Hash20 id = [] { Hash20 h; h.fill(std::byte{'p'}); return h; }();
+  Hash20 hash = [] {
+    Hash20 h;
+    h.fill(std::byte{7});
+    return h;
+  }();
+  Hash20 id = [] {
+    Hash20 h;
+    h.fill(std::byte{'p'});
+    return h;
+  }();
   RecordingSession session;
   std::shared_ptr<PeerConn> peer = std::make_shared<PeerConn>(session, hash, id);
   std::shared_ptr<RecordingLink> link = std::make_shared<RecordingLink>();
@@ -62,7 +70,8 @@ TEST_F(PeerConnTest, AfterTheirHandshakeComeExtensionsBitfieldAndInterest) {
   const auto sent = link->take();
   ASSERT_EQ(sent.size(), 3U);
   EXPECT_EQ(sent[0].id, 20);
-  EXPECT_EQ(sent[0].body, bytesOf(std::string("\0d1:md11:ut_metadatai1ee13:metadata_sizei0ee", 44)));
+  EXPECT_EQ(sent[0].body,
+            bytesOf(std::string("\0d1:md11:ut_metadatai1ee13:metadata_sizei0ee", 44)));
   EXPECT_EQ(sent[1].id, 5);
   EXPECT_EQ(sent[2].id, 2);
 }
@@ -109,7 +118,8 @@ TEST_F(PeerConnTest, FramesSurviveEverySplit) {
   append(stream, frame(99, ByteVector(100'000))); // unknown and long
   append(stream, pieceFrame(3, 0x4000, ByteVector(16384)));
   append(stream, frame(4, numbers({9})));
-  for (const std::size_t step : {std::size_t{1}, std::size_t{3}, std::size_t{16387}, stream.size()}) {
+  for (const std::size_t step :
+       {std::size_t{1}, std::size_t{3}, std::size_t{16387}, stream.size()}) {
     session.blocks.clear();
     PeerConn other(session, hash, id);
     for (std::size_t at = 0; at < stream.size(); at += step)
@@ -193,8 +203,7 @@ TEST_F(PeerConnTest, APeerThatProvokesAnswersAndNeverReadsIsDropped) {
   link->stuck = true;
   const ByteVector provocation = extended(1, "d8:msg_typei0e5:piecei0ee");
   int sent = 0;
-  while (sent < 100'000 && !peer->isClosed() && ++sent)
-    feed(*peer, provocation);
+  while (sent < 100'000 && !peer->isClosed() && ++sent) feed(*peer, provocation);
   EXPECT_TRUE(peer->isClosed());
   EXPECT_GT(link->out.size(), PeerConn::kMostUnsent);
   EXPECT_LT(link->out.size(), PeerConn::kMostUnsent + 100);
@@ -241,8 +250,7 @@ TEST_F(PeerConnTest, MetadataDataCarriesWhatFollowsItsHeader) {
   feed(*peer, extended(1, "d8:msg_typei1e5:piecei2e10:total_sizei9ee", bytesOf("e5:xyz")));
   feed(*peer, extended(1, "d8:msg_typei1e5:piecei0ee"));
   feed(*peer, extended(1, "d8:msg_typei2e5:piecei0ee"));
-  EXPECT_EQ(session.metadata,
-            (std::vector<std::pair<std::int64_t, std::size_t>>{{2, 6}, {0, 0}}));
+  EXPECT_EQ(session.metadata, (std::vector<std::pair<std::int64_t, std::size_t>>{{2, 6}, {0, 0}}));
 }
 
 TEST_F(PeerConnTest, AMetadataIdThatIsNoByteEndsThePeer) {

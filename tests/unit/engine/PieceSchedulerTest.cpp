@@ -34,8 +34,7 @@ struct FakePeer final : PieceScheduler::Peer {
 struct MemoryDisk final : PieceStore {
   bool write(std::int64_t offset, ByteSpan data) override {
     ++writes;
-    if (broken)
-      return false;
+    if (broken) return false;
     std::memcpy(bytes.data() + offset, data.data(), data.size());
     return true;
   }
@@ -60,8 +59,7 @@ struct SchedulerTest : testing::Test {
     disk.bytes.assign(payload.bytes.size(), std::byte{0});
     scheduler = std::make_unique<PieceScheduler>(
         clock, disk, [this](const std::function<void(PieceScheduler::Peer&)>& visit) {
-          for (auto& peer : peers)
-            visit(peer);
+          for (auto& peer : peers) visit(peer);
         });
     scheduler->setMeta(payload.meta);
   }
@@ -168,8 +166,7 @@ TEST_F(SchedulerTest, APieceWithAWrongHashIsFetchedAnew) {
   EXPECT_TRUE(peers[1].haves.empty());
   EXPECT_EQ(taken(peers[0]), (std::vector<FakePeer::Request>{{0, 0, kBlock}, {0, kBlock, kBlock}}));
   for (const std::int64_t piece : {0, 1})
-    for (const std::int64_t block : {1, 0})
-      deliver(peers[0], {piece, block * kBlock, kBlock});
+    for (const std::int64_t block : {1, 0}) deliver(peers[0], {piece, block * kBlock, kBlock});
   EXPECT_TRUE(scheduler->complete());
   EXPECT_TRUE(std::ranges::equal(disk.bytes, payload.bytes));
   EXPECT_EQ(disk.writes, 2) << "each piece once";
@@ -178,8 +175,7 @@ TEST_F(SchedulerTest, APieceWithAWrongHashIsFetchedAnew) {
 TEST_F(SchedulerTest, SubtitlesFollowTheTailAndASeekMovesTheWindow) {
   // 32 pieces of film, 1 of sample, 1 of subtitles.
   start({{"a.mkv", 32 * kMiB}, {"sample.mkv", kMiB}, {"a.srt", 1000}}, kMiB);
-  for (auto& peer : peers)
-    peer.choked = true;
+  for (auto& peer : peers) peer.choked = true;
   scheduler->select(0, {2, 7, -1});
   EXPECT_EQ(scheduler->order(), (PieceOrder{{0, 7}, {29, 31}, {33, 33}, {8, 28}}));
   peers[0].choked = false;
@@ -227,8 +223,7 @@ TEST_F(SchedulerTest, ADeadDiskCostsNothingButTheData) {
   start({{"a.mkv", 40 * kMiB}}, kMiB);
   disk.broken = true;
   scheduler->select(0, {});
-  for (std::int64_t piece = 0; piece < 40; ++piece)
-    deliver(peers[0], {piece, 0, kBlock});
+  for (std::int64_t piece = 0; piece < 40; ++piece) deliver(peers[0], {piece, 0, kBlock});
   EXPECT_LT(scheduler->piecesInAssembly(), 30U) << "what could not be spilled is fetched anew";
   for (std::int64_t begin = 0; begin < kMiB; begin += kBlock)
     deliver(peers[0], {39, begin, kBlock});

@@ -46,8 +46,7 @@ TEST_F(SessionCoreTest, DefaultsStandBehindTheGivenTrackersAndOnlyEightAreAsked)
   EXPECT_EQ(SessionCore::withDefaults({QStringLiteral("d2"), QStringLiteral("x")}, defaults),
             (QStringList{QStringLiteral("d2"), QStringLiteral("x"), QStringLiteral("d1")}));
   QStringList nine;
-  for (int i = 0; i < 9; ++i)
-    nine.append(QString::number(i));
+  for (int i = 0; i < 9; ++i) nine.append(QString::number(i));
   start(SessionCore::withDefaults(nine, defaults));
   ASSERT_EQ(world.announces.size(), 1U);
   EXPECT_EQ(world.announces[0], nine.mid(0, 8));
@@ -60,8 +59,7 @@ TEST_F(SessionCoreTest, AnnouncesEvery26SecondsAloneAndEvery121WithAPeer) {
     core->onAnnounceDone();
     const auto before = world.announces.size();
     tickFor(1);
-    if (world.announces.size() > before)
-      at.push_back(second);
+    if (world.announces.size() > before) at.push_back(second);
   }
   EXPECT_EQ(at, (std::vector<int>{26, 52}));
   core->addPeers(addresses(1));
@@ -204,16 +202,14 @@ TEST_F(SessionCoreTest, TheUploadBudgetPacesAndDropsRequests) {
   EXPECT_EQ(leecher.take().at(0).body.size(), 32776U) << "no limit: at once";
 
   core->setUploadLimit([] { return kBlock; });
-  for (int i = 0; i < 9; ++i)
-    feed(peer, frame(6, numbers({0, kBlock, kBlock})));
+  for (int i = 0; i < 9; ++i) feed(peer, frame(6, numbers({0, kBlock, kBlock})));
   EXPECT_EQ(leecher.take().size(), 1U);
   std::vector<std::size_t> perSecond;
   for (int second = 1; second <= 8; ++second) {
     world.clock.advance(1);
     core->sendDueBlocks();
     const auto sent = leecher.take();
-    for (const auto& message : sent)
-      EXPECT_EQ(ByteSpan(message.body).size(), kBlock + 8U);
+    for (const auto& message : sent) EXPECT_EQ(ByteSpan(message.body).size(), kBlock + 8U);
     perSecond.push_back(sent.size());
   }
   EXPECT_EQ(perSecond, (std::vector<std::size_t>{1, 1, 1, 1, 1, 0, 0, 0}))

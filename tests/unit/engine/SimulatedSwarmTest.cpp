@@ -19,29 +19,24 @@ struct Seeder {
 
   void collect() {
     for (auto& message : end.link->take())
-      if (message.id == 6)
-        waiting.push_back(std::move(message));
+      if (message.id == 6) waiting.push_back(std::move(message));
   }
   void answer(const MadeTorrent& payload, std::mt19937& random) {
     const int mood = static_cast<int>(random() % 200);
-    if (end.peer->isClosed() || (honest && mood < 100))
-      return; // slow
-    if (!honest && mood == 0)
-      return end.peer->close();
+    if (end.peer->isClosed() || (honest && mood < 100)) return; // slow
+    if (!honest && mood == 0) return end.peer->close();
     if (!honest && mood == 1) {
       waiting.clear();
       feed(*end.peer, frame(0));
       return feed(*end.peer, frame(1));
     }
-    if (!honest && mood < 120)
-      return; // stalls
+    if (!honest && mood < 120) return; // stalls
     for (std::size_t burst = 1 + random() % 4; burst > 0 && !waiting.empty(); --burst) {
       const auto request = waiting.front();
       waiting.erase(waiting.begin());
       ByteVector data =
           toVector(payload.block(request.number(0), request.number(1), request.number(2)));
-      if (!honest && random() % 50 == 0)
-        data[0] ^= std::byte{1};
+      if (!honest && random() % 50 == 0) data[0] ^= std::byte{1};
       feed(*end.peer, pieceFrame(request.number(0), request.number(1), data));
     }
   }
@@ -78,10 +73,8 @@ void runSwarm(std::uint32_t seed) {
       ASSERT_LE(seeder.end.peer->inflight().size(), 10U);
       seeder.answer(payload, random);
     }
-    if (tenths % 10 == 9)
-      core->tick();
-    if (random() % 40 == 0)
-      core->setPlayhead(static_cast<std::int64_t>(random() % (90 * kBlock)));
+    if (tenths % 10 == 9) core->tick();
+    if (random() % 40 == 0) core->setPlayhead(static_cast<std::int64_t>(random() % (90 * kBlock)));
   }
   ASSERT_TRUE(core->makeSnapshot().complete) << "not complete after 300 s";
   ByteVector onDisk(payload.bytes.size());
@@ -90,8 +83,7 @@ void runSwarm(std::uint32_t seed) {
 }
 
 TEST(SimulatedSwarm, TwoHonestSeedersAmongSixMoodyOnesAreEnough) {
-  for (std::uint32_t seed = 1; seed <= 40; ++seed)
-    runSwarm(seed);
+  for (std::uint32_t seed = 1; seed <= 40; ++seed) runSwarm(seed);
 }
 
 } // namespace

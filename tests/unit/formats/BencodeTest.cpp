@@ -13,8 +13,7 @@ std::optional<Bencode> parsed(const std::string& text) {
 
 std::string repeated(const std::string& text, std::size_t times) {
   std::string out;
-  for (std::size_t i = 0; i < times; ++i)
-    out += text;
+  for (std::size_t i = 0; i < times; ++i) out += text;
   return out;
 }
 

@@ -107,8 +107,7 @@ TEST(Torrent, TheEngineRefusesWhatItCannotKeep) {
       {"nothing", ""},
       {"truncated", info(one, 40).substr(0, 60)},
   };
-  for (const auto& [what, raw] : refused)
-    EXPECT_FALSE(metaOf(raw)) << what;
+  for (const auto& [what, raw] : refused) EXPECT_FALSE(metaOf(raw)) << what;
 
   EXPECT_TRUE(shown("d4:info" + info("5:filesle") + "e").files.empty());
   EXPECT_EQ(shown("d4:info" + info(twoFiles(kMax, kMax)) + "e").totalSize(), kMax);
@@ -118,8 +117,7 @@ TEST(Torrent, TheEngineRefusesWhatItCannotKeep) {
 // 8 MiB that would unfold to a terabyte of paths.
 TEST(Torrent, ALongNameBeforeManyFilesIsRefused) {
   std::string files;
-  for (int i = 0; i < 250'000; ++i)
-    files += "d6:lengthi0ee";
+  for (int i = 0; i < 250'000; ++i) files += "d6:lengthi0ee";
   const std::string raw =
       info("4:name" + text(std::string(4U << 20U, 'N')) + "5:filesl" + files + "e");
   EXPECT_FALSE(metaOf(raw));

@@ -14,8 +14,7 @@ CachedFile file(const char* name, qint64 age, std::int64_t bytes = 0) {
 
 std::string names(const std::vector<CachedFile>& files) {
   QString all;
-  for (const CachedFile& one : files)
-    all += one.path;
+  for (const CachedFile& one : files) all += one.path;
   return all.toStdString();
 }
 
@@ -52,12 +51,10 @@ TEST(CachePolicy, TheOldestGoUntilTheRestFits) {
   EXPECT_TRUE(overLimit({}, -1).empty());
 
   std::vector<CachedFile> twins; // of one age: they go in the order in which they were found
-  for (int i = 0; i < 100; ++i)
-    twins.push_back({QString::number(i), kNow, 1});
+  for (int i = 0; i < 100; ++i) twins.push_back({QString::number(i), kNow, 1});
   const auto going = overLimit(twins, 50);
   ASSERT_EQ(going.size(), 50U);
-  for (int i = 0; i < 50; ++i)
-    EXPECT_EQ(going[static_cast<std::size_t>(i)].path.toInt(), i);
+  for (int i = 0; i < 50; ++i) EXPECT_EQ(going[static_cast<std::size_t>(i)].path.toInt(), i);
 }
 
 } // namespace

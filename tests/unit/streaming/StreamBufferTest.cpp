@@ -22,12 +22,10 @@ std::vector<std::int64_t> naiveOrder(const StreamBuffer& buffer) {
   std::vector<std::int64_t> order;
   std::set<std::int64_t> seen;
   const auto add = [&](std::int64_t piece) {
-    if (seen.insert(piece).second)
-      order.push_back(piece);
+    if (seen.insert(piece).second) order.push_back(piece);
   };
   const auto addBytes = [&](std::int64_t start, std::int64_t length) {
-    if (length < 1 || buffer.fileLength < 1)
-      return;
+    if (length < 1 || buffer.fileLength < 1) return;
     const std::int64_t low = std::clamp<std::int64_t>(start, 0, buffer.fileLength - 1);
     const std::int64_t high = std::max(low, std::min(buffer.fileLength, start + length) - 1);
     const std::int64_t last =
@@ -37,8 +35,7 @@ std::vector<std::int64_t> naiveOrder(const StreamBuffer& buffer) {
   };
   addBytes(buffer.playhead, 0x800000);
   addBytes(std::max<std::int64_t>(buffer.fileLength - 0x300000, 0), 0x300000);
-  for (const auto piece : buffer.extraPieces)
-    add(piece);
+  for (const auto piece : buffer.extraPieces) add(piece);
   addBytes(buffer.playhead, buffer.fileLength - buffer.playhead);
   addBytes(0, buffer.fileLength);
   return order;
@@ -86,8 +83,7 @@ TEST(StreamBuffer, ReadinessIsTheWindowAndTheTailAtThePlayhead) {
   std::set<std::int64_t> had;
   const auto have = [&](std::int64_t piece) { return had.contains(piece); };
   EXPECT_EQ(buffer.progress(have), 0.0);
-  for (std::int64_t piece : {5, 6, 7, 8, 9, 10, 11, 12, 13, 102, 103, 104})
-    had.insert(piece);
+  for (std::int64_t piece : {5, 6, 7, 8, 9, 10, 11, 12, 13, 102, 103, 104}) had.insert(piece);
   EXPECT_EQ(buffer.progress(have), 12.0 / 13.0);
   had.insert(105);
   EXPECT_EQ(buffer.progress(have), 1.0);

@@ -15,8 +15,7 @@ struct Case {
 
 std::vector<TorrentFileEntry> entries(const Case& from) {
   std::vector<TorrentFileEntry> files;
-  for (const auto& [path, size] : from.files)
-    files.push_back({QString::fromUtf8(path), size});
+  for (const auto& [path, size] : from.files) files.push_back({QString::fromUtf8(path), size});
   return files;
 }
 
