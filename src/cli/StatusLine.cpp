@@ -18,7 +18,9 @@ QString stageOf(const SessionSnapshot& snapshot, std::int64_t wantedBytes) {
 }
 
 QString rate(double bytesPerSecond) {
-  return formatByteCount(static_cast<std::int64_t>(bytesPerSecond)) + QStringLiteral("/s");
+  const auto bytes = static_cast<std::int64_t>(bytesPerSecond);
+  const QString text = bytes < 1000 ? QStringLiteral("0 KB") : formatByteCount(bytes);
+  return text + QStringLiteral("/s");
 }
 
 } // namespace
