@@ -1,0 +1,24 @@
+"""The demo world: our own loopback tracker and seeders, with lines of chosen quality."""
+import re
+from pathlib import Path
+
+from .clients import Torrent
+from .processes import Process, wait_until
+from .vellum import program
+
+
+class DemoWorld(Process):
+    """vellum-demo-world PATH …"""
+
+    def __init__(self, folder: Path, source: Path, *options: str, name: str = "world") -> None:
+        super().__init__(folder, name, [program("vellum-demo-world"), *options, source])
+        wait_until("the demo world is up", 60, lambda: "MAGNET" in self.out() or not self.runs())
+        if not self.runs():
+            raise RuntimeError(f"the demo world did not start: {self.err()}")
+        self.trackers = self._lines("TRACKER")
+        self.seeders = self._lines("SEEDER")
+        self.torrent = Torrent(Path(self._lines("TORRENT")[0]), self._lines("HASH")[0])
+        self.magnet = self._lines("MAGNET")[0]
+
+    def _lines(self, word: str) -> list[str]:
+        return re.findall(rf"^{word} (.*)$", self.out(), re.M)
