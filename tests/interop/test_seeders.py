@@ -33,8 +33,8 @@ class OneFile(Swarm):
         self.swarm(demo_film(), [Aria2, Transmission], upload_kbps=6000)
         vellum = self.stream(self.magnet("udp"))
         players = (["ffmpeg", "-nostdin", "-v", "error", "-i", vellum.url(), "-f", "null", "-"],
-                   ["mpv", "--no-config", "--vo=null", "--ao=null", "--untimed", "--ao-null-untimed",
-                    "--msg-level=all=warn",
+                   ["mpv", "--no-config", "--vo=null", "--ao=null", "--untimed",
+                    "--ao-null-untimed", "--msg-level=all=warn",
                     vellum.url()])
         for player in players:
             with self.subTest(player[0]):
