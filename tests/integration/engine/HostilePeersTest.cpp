@@ -10,7 +10,7 @@ using Socket = ScriptedPeer::Socket;
 constexpr auto say = ScriptedPeer::say;
 
 // After the handshake a peer says all of `frames`, and stays.
-ScriptedPeer::Script saying(const Hash20& hash, std::vector<ByteVector> frames) {
+ScriptedPeer::Script saying(const Hash20& hash, const std::vector<ByteVector>& frames) {
   return [=](Socket& socket) -> Flow<> {
     co_await ScriptedPeer::greet(socket, hash);
     for (const auto& bytes : frames) co_await say(socket, bytes);
@@ -18,7 +18,7 @@ ScriptedPeer::Script saying(const Hash20& hash, std::vector<ByteVector> frames) 
 }
 
 // Says something before and instead of a handshake.
-ScriptedPeer::Script barking(ByteVector bytes) {
+ScriptedPeer::Script barking(const ByteVector& bytes) {
   return [=](Socket& socket) -> Flow<> { co_await say(socket, bytes); };
 }
 
@@ -117,11 +117,12 @@ struct HostilePeersTest : SessionWorld {
                       frame(20, ByteVector(1'000'000))})};
   }
 
-  void survives(bool knowsMeta, std::vector<ScriptedPeer::Script> extra, bool extraAreDropped) {
+  void survives(bool knowsMeta, const std::vector<ScriptedPeer::Script>& extra,
+                bool extraAreDropped) {
     std::list<ScriptedPeer> bad, tiresome;
     for (auto& script : dropped()) bad.emplace_back(script);
     for (auto& script : tolerated()) tiresome.emplace_back(script);
-    for (auto& script : extra) (extraAreDropped ? bad : tiresome).emplace_back(script);
+    for (const auto& script : extra) (extraAreDropped ? bad : tiresome).emplace_back(script);
     const auto session = makeSession({}, knowsMeta);
     session->start();
     session->select(0, {1});
