@@ -21,10 +21,8 @@ public:
     return
         [&preferences = m_runtime.preferences] { return SettingsStore::uploadLimit(preferences); };
   }
-  void sessionEnded(const QString& key) override {
-    m_runtime.server.unregisterSource(key);
-    m_cache.refresh();
-  }
+  void unregister(const QString& key) override { m_runtime.server.unregisterSource(key); }
+  void cacheChanged() override { m_cache.refresh(); }
 
 private:
   Runtime& m_runtime;

@@ -3,11 +3,16 @@
 
 namespace vellum {
 
+namespace {
+// Bytes: tens of thousands of peers, many times what a tracker sends.
+constexpr std::int64_t kLargestTrackerReply = 256 * kKiB;
+} // namespace
+
 Runtime::Runtime()
     : preferences(folders::preferences() + QStringLiteral("/VellumApp/preferences.json")) {}
 
 SessionEnvironment Runtime::sessionEnvironment(const QStringList& trackers) {
-  return {pool, main, clock, random, http.fetcher(), trackers};
+  return {pool, main, clock, random, http.fetcher(kLargestTrackerReply), trackers};
 }
 
 } // namespace vellum

@@ -37,4 +37,13 @@ QString formatByteCount(std::int64_t bytes) {
   return trimmed(value, kUnits[unit].decimals) + u' ' + QLatin1String(kUnits[unit].name);
 }
 
+QString printable(QString text) {
+  for (QChar& c : text) {
+    const bool isControl = c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
+                           c == QChar::ParagraphSeparator;
+    if (isControl) c = QChar::ReplacementCharacter;
+  }
+  return text;
+}
+
 } // namespace vellum

@@ -9,4 +9,8 @@ namespace vellum {
 // "1 KB", "24.6 MB", "1.25 GB". A negative size is an em dash.
 QString formatByteCount(std::int64_t bytes);
 
+// The text on one line and without control characters: a name from outside must neither forge a
+// line of ours nor speak to the terminal.
+QString printable(QString text);
+
 } // namespace vellum

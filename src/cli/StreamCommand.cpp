@@ -6,6 +6,7 @@
 #include <asio/posix/stream_descriptor.hpp>
 #include <asio/read_until.hpp>
 #include <cstdio>
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace vellum {
@@ -21,12 +22,16 @@ QString fileLine(const std::vector<TorrentFileEntry>& files, int index) {
   return QStringLiteral("%1  %2  %3")
       .arg(index, 4)
       .arg(formatByteCount(file.size), 9)
-      .arg(file.path);
+      .arg(printable(file.path));
 }
 
-// A line from the terminal; nothing at its end.
+// A line from the terminal; nothing at its end. The terminal is opened anew: reading turns its
+// description non-blocking, and standard input shares that with the output and with the shell.
 Flow<std::optional<QString>> readLine(asio::io_context& io) {
-  asio::posix::stream_descriptor input(io, ::dup(STDIN_FILENO));
+  const char* const terminal = ::ttyname(STDIN_FILENO);
+  const int file = terminal != nullptr ? ::open(terminal, O_RDONLY | O_CLOEXEC | O_NOCTTY) : -1;
+  if (file < 0) co_return std::nullopt;
+  asio::posix::stream_descriptor input(io, file);
   std::string text;
   const auto [error, size] =
       co_await asio::async_read_until(input, asio::dynamic_buffer(text, 4096), '\n',
@@ -56,8 +61,14 @@ Flow<int> StreamCommand::run() {
     m_status.clear();
     if (!end.sentence.isEmpty()) std::fprintf(stderr, "%s\n", qUtf8Printable(end.sentence));
     exitCode = end.exitCode;
-  } catch (const asio::system_error&) {
-    m_status.clear(); // cancelled: the user's way to end it
+  } catch (const std::exception& error) {
+    m_status.clear();
+    const auto* system = dynamic_cast<const asio::system_error*>(&error);
+    // Cancelled: the user's way to end it.
+    if (system == nullptr || system->code() != asio::error::operation_aborted) {
+      std::fprintf(stderr, "%s\n", error.what());
+      exitCode = 1;
+    }
   }
   if (m_session) m_services.engine.stop(m_session->key());
   co_return exitCode;
@@ -89,7 +100,10 @@ Flow<TorrentSource> StreamCommand::openSource() {
 
 void StreamCommand::startSession(const TorrentSource& source) {
   m_session = m_services.engine.acquire(source.hash, source.trackers, source.title, source.meta);
-  m_session->setOnProgress([this](const SessionSnapshot&) { m_changed.ring(); });
+  m_session->setOnProgress([this](const SessionSnapshot& snapshot) {
+    m_sawReady = m_sawReady || snapshot.streamReady;
+    m_changed.ring();
+  });
   // Comes on a worker thread, possibly after this object.
   m_session->setOnMetadata([this, &main = m_services.main, weak = std::weak_ptr(m_alive)] {
     main.post([this, weak] {
@@ -175,7 +189,8 @@ Flow<> StreamCommand::follow() {
   StallWatch stall(m_services.clock.now());
   for (;;) {
     const SessionSnapshot snapshot = m_session->snapshot();
-    if (snapshot.streamReady && !std::exchange(toldReady, true))
+    // A reader may have moved on since it was ready for the first time.
+    if ((m_sawReady || snapshot.streamReady) && !std::exchange(toldReady, true))
       tell(QStringLiteral("READY %1").arg(sinceStart(), 0, 'f', 3));
     if (snapshot.complete && !std::exchange(toldDone, true))
       tell(QStringLiteral("DONE %1").arg(sinceStart(), 0, 'f', 3));
@@ -188,7 +203,7 @@ Flow<> StreamCommand::follow() {
 
 void StreamCommand::tell(const QString& line) {
   m_status.clear();
-  std::printf("%s\n", qUtf8Printable(line));
+  std::printf("%s\n", qUtf8Printable(printable(line)));
   std::fflush(stdout);
 }
 

@@ -63,6 +63,7 @@ private:
   Wakeup m_changed;
   std::shared_ptr<TorrentSession> m_session;
   std::int64_t m_wantedBytes = 0;
+  bool m_sawReady = false;
   std::shared_ptr<bool> m_alive = std::make_shared<bool>(true); // for what comes late
 };
 

@@ -9,20 +9,28 @@ namespace vellum {
 
 namespace {
 
-// Cancels the flows at the first SIGINT or SIGTERM.
+// Cancels the flows at the first SIGINT or SIGTERM; a second one ends the process as usual, should
+// the orderly way take too long.
 class StopSignals {
 public:
-  StopSignals(Runtime& runtime, FlowGroup& flows) : m_signals(runtime.pool.io(), SIGINT, SIGTERM) {
-    m_signals.async_wait([&runtime, flows](asio::error_code error, int) mutable {
-      if (!error) runtime.main.post([flows]() mutable { flows.cancelAll(); });
+  StopSignals(Runtime& runtime, const FlowGroup& flows)
+      : m_strand(runtime.pool.makeStrand()),
+        m_signals(std::make_shared<asio::signal_set>(m_strand, SIGINT, SIGTERM)) {
+    m_signals->async_wait([&runtime, flows, signals = m_signals](asio::error_code error, int) {
+      if (error) return;
+      signals->clear();
+      runtime.main.post([group = flows]() mutable { group.cancelAll(); });
     });
   }
-  ~StopSignals() { m_signals.cancel(); }
+  ~StopSignals() {
+    asio::post(m_strand, [signals = m_signals] { signals->cancel(); });
+  }
   StopSignals(const StopSignals&) = delete;
   StopSignals& operator=(const StopSignals&) = delete;
 
 private:
-  asio::signal_set m_signals;
+  Strand m_strand;
+  std::shared_ptr<asio::signal_set> m_signals; // on the strand
 };
 
 Flow<> runAndQuit(StreamCommand& command) { QCoreApplication::exit(co_await command.run()); }

@@ -1,9 +1,11 @@
 #include "cli/TorrentSource.h"
+#include "base/Text.h"
 #include "formats/TorrentMetadata.h"
 #include "net/NetError.h"
 #include "playback/StreamRules.h"
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 
 namespace vellum {
 
@@ -37,11 +39,18 @@ Opened fromMagnet(const QString& text) {
 }
 
 Opened fromPath(const QString& path) {
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly))
+  const auto unreadable = [&](const QString& reason) {
     return StreamFailure::other(QCoreApplication::translate("CommandLine", "Couldn't read %1: %2.")
-                                    .arg(path, file.errorString()));
-  return fromTorrentFile(file.read(kLargestTorrentFile));
+                                    .arg(printable(path), reason));
+  };
+  QFile file(path);
+  // A pipe could keep everything waiting.
+  if (file.exists() && !QFileInfo(path).isFile())
+    return unreadable(QCoreApplication::translate("CommandLine", "it is no file"));
+  if (!file.open(QIODevice::ReadOnly)) return unreadable(file.errorString());
+  if (file.size() > kLargestTorrentFile)
+    return unreadable(QCoreApplication::translate("CommandLine", "it is too large for a torrent"));
+  return fromTorrentFile(file.readAll());
 }
 
 Flow<Opened> fromAddress(QUrl url, FetchData fetch) {

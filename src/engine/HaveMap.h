@@ -29,7 +29,7 @@ public:
     ++m_count;
   }
   // The first missing piece at or behind `from` (0 to size()), or size() if there is none.
-  std::int64_t firstMissing(std::int64_t from) {
+  std::int64_t firstMissing(std::int64_t from) const {
     auto at = static_cast<std::uint32_t>(from);
     while (m_next[at] != at) {
       m_next[at] = m_next[m_next[at]];
@@ -41,7 +41,7 @@ public:
   ByteVector bitfield() const;
 
 private:
-  std::vector<std::uint32_t> m_next;
+  mutable std::vector<std::uint32_t> m_next; // finding shortens it and changes no answer
   std::int64_t m_count = 0;
 };
 

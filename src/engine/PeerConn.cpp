@@ -1,6 +1,7 @@
 #include "engine/PeerConn.h"
 #include "formats/Bencode.h"
 #include <algorithm>
+#include <utility>
 
 namespace vellum {
 
@@ -60,14 +61,20 @@ void PeerConn::handshakeTimedOut() {
 void PeerConn::received(std::size_t size) {
   m_buffer.commit(size);
   if (m_closed || (!m_handshaken && !takeHandshake())) return;
-  FrameBuffer::Frame frame;
-  while (!m_closed) {
-    const auto state = m_buffer.next(frame, usefulBitfieldBytes());
-    if (state == FrameBuffer::State::TooLong) close();
-    if (state != FrameBuffer::State::Ready) return;
-    handle(frame);
-    if (!m_closed && m_link && m_link->unsent() > kMostUnsent) close();
+  while (!m_closed && handleNext()) {
   }
+  // Once for all that was received: a flood of tiny messages must not cost a walk each.
+  if (std::exchange(m_wantsPump, false) && !m_closed) m_session.pump(*this);
+}
+
+bool PeerConn::handleNext() {
+  FrameBuffer::Frame frame;
+  const auto state = m_buffer.next(frame, usefulBitfieldBytes());
+  if (state == FrameBuffer::State::TooLong) close();
+  if (state != FrameBuffer::State::Ready) return false;
+  handle(frame);
+  if (m_link && m_link->unsent() > kMostUnsent) close();
+  return true;
 }
 
 // Only the length byte and the info hash are looked at.
@@ -133,7 +140,10 @@ std::size_t PeerConn::usefulBitfieldBytes() const {
 void PeerConn::handle(const FrameBuffer::Frame& frame) {
   switch (frame.id) {
   case Choke: return onChoke();
-  case Unchoke: m_choked = false; return m_session.pump(*this);
+  case Unchoke:
+    m_choked = false;
+    m_wantsPump = true;
+    return;
   case Interested: return onInterested();
   case NotInterested: m_peerInterested = false; return;
   case Have: return frame.isWhole() ? onHave(frame.body) : void();
@@ -164,12 +174,12 @@ void PeerConn::onHave(ByteSpan body) {
     if (m_bits.size() <= piece / 8) m_bits.resize(piece / 8 + 1);
     m_bits[piece / 8] |= std::byte(0x80 >> (piece % 8));
   }
-  m_session.pump(*this);
+  m_wantsPump = true;
 }
 
 void PeerConn::onBitfield(ByteSpan body) {
   m_bits = toVector(body.first(std::min(body.size(), usefulBitfieldBytes())));
-  m_session.pump(*this);
+  m_wantsPump = true;
 }
 
 void PeerConn::onRequest(ByteSpan body) {
@@ -213,7 +223,7 @@ void PeerConn::onMetadataMessage(ByteSpan payload) {
 }
 
 void PeerConn::sendMetadataMessage(int type, std::int64_t piece) {
-  if (m_utMetadata < 0 || m_utMetadata > 255) return close();
+  if (!canBeAskedForMetadata()) return close();
   if (type == kMetadataRequest) ++m_unansweredMetadata;
   const std::string text =
       "d8:msg_typei" + std::to_string(type) + "e5:piecei" + std::to_string(piece) + "ee";

@@ -74,6 +74,8 @@ public:
   bool isUnchoked() const { return m_unchokedThem; }
   std::int64_t utMetadata() const { return m_utMetadata; }
   std::int64_t metadataSize() const { return m_metadataSize; }
+  // An id that is no byte cannot be sent.
+  bool canBeAskedForMetadata() const { return m_utMetadata >= 0 && m_utMetadata <= 255; }
   // How often it was asked for metadata since it last sent some.
   int unansweredMetadata() const { return m_unansweredMetadata; }
 
@@ -87,6 +89,8 @@ public:
 
 private:
   bool takeHandshake();
+  // False when there is no whole frame left.
+  bool handleNext();
   void handle(const FrameBuffer::Frame& frame);
   void onChoke();
   void onInterested();
@@ -108,6 +112,7 @@ private:
   bool m_handshaken = false;
   bool m_closed = false;
   bool m_choked = true;
+  bool m_wantsPump = false; // at the end of this turn
   bool m_peerInterested = false;
   bool m_sentInterested = false;
   bool m_unchokedThem = false;

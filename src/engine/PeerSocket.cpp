@@ -36,7 +36,7 @@ void PeerSocket::watchHandshake(const std::shared_ptr<PeerConn>& peer) {
 
 Flow<> PeerSocket::connect(const PeerAddr& address) {
   const auto found = co_await resolveHost(address.host);
-  if (found.empty()) throw asio::system_error(asio::error::host_not_found);
+  if (m_closed || found.empty()) throw asio::system_error(asio::error::host_not_found);
   const asio::ip::tcp::endpoint endpoint(found.front(), address.port);
   m_socket.open(endpoint.protocol());
   co_await m_socket.async_connect(endpoint, asio::use_awaitable);
@@ -78,7 +78,7 @@ void PeerSocket::takeIn(PeerConn& peer, std::size_t size) {
 }
 
 void PeerSocket::send(ByteSpan bytes) {
-  m_out.insert(m_out.end(), bytes.begin(), bytes.end());
+  m_out.append(bytes);
   if (m_flushScheduled || m_inTurn) return;
   m_flushScheduled = true;
   asio::post(m_strand, [self = shared_from_this()] {
@@ -90,13 +90,8 @@ void PeerSocket::send(ByteSpan bytes) {
 void PeerSocket::flush() {
   if (!m_connected || unsent() == 0) return;
   asio::error_code error;
-  const std::size_t wrote =
-      m_socket.write_some(asio::buffer(m_out.data() + m_sent, unsent()), error);
-  m_sent += wrote;
-  if (m_sent == m_out.size()) {
-    m_out.clear();
-    m_sent = 0;
-  }
+  const ByteSpan waiting = m_out.front();
+  m_out.consume(m_socket.write_some(asio::buffer(waiting.data(), waiting.size()), error));
   // Other errors show on the receiving side.
   if (error == asio::error::would_block || (!error && unsent() > 0)) return waitWritable();
   const auto peer = m_peer.lock();
@@ -114,12 +109,12 @@ void PeerSocket::waitWritable() {
 }
 
 void PeerSocket::close() {
+  m_closed = true;
   asio::error_code ignored;
   m_socket.close(ignored);
   m_handshakeTimer.cancel();
   m_connected = false;
   m_out.clear();
-  m_sent = 0;
 }
 
 } // namespace vellum

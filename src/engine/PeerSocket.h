@@ -3,6 +3,7 @@
 #include "base/Flow.h"
 #include "engine/PeerAddr.h"
 #include "engine/PeerConn.h"
+#include "engine/SendBuffer.h"
 #include <asio/ip/tcp.hpp>
 #include <asio/steady_timer.hpp>
 
@@ -20,7 +21,7 @@ public:
   Flow<> run(PeerAddr address, std::shared_ptr<PeerConn> peer);
 
   void send(ByteSpan bytes) override;
-  std::size_t unsent() const override { return m_out.size() - m_sent; }
+  std::size_t unsent() const override { return m_out.size(); }
   void close() override;
 
 private:
@@ -36,9 +37,9 @@ private:
   asio::ip::tcp::socket m_socket;
   asio::steady_timer m_handshakeTimer;
   std::weak_ptr<PeerConn> m_peer;
-  ByteVector m_out;
-  std::size_t m_sent = 0; // bytes of m_out that are gone
+  SendBuffer m_out;
   bool m_connected = false;
+  bool m_closed = false;
   bool m_inTurn = false;         // the peer handles what was received; a flush follows
   bool m_flushScheduled = false; // a flush will come by itself
 };

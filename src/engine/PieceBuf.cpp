@@ -16,7 +16,7 @@ std::int64_t PieceBuf::blockLength(std::int64_t block) const {
   return std::min(kBlockSize, m_length - block * kBlockSize);
 }
 
-bool PieceBuf::store(std::int64_t block, ByteSpan data, PieceStore& disk, TimePoint now) {
+bool PieceBuf::store(std::int64_t block, ByteSpan data, PieceStore& disk) {
   const std::int64_t begin = block * kBlockSize;
   if (inMemory())
     std::memcpy(m_data.data() + begin, data.data(), data.size());
@@ -24,7 +24,6 @@ bool PieceBuf::store(std::int64_t block, ByteSpan data, PieceStore& disk, TimePo
     return false;
   m_got[static_cast<std::size_t>(block)] = true;
   ++m_count;
-  m_lastTouched = now;
   while (m_firstMissing < blocks() && has(m_firstMissing)) ++m_firstMissing;
   if (inMemory()) {
     hashInMemory();

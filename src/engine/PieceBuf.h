@@ -1,6 +1,5 @@
 // A piece in assembly, between its first block and its verification.
 #pragma once
-#include "base/Clock.h"
 #include "base/Sha1.h"
 #include "engine/Block.h"
 #include <cstdint>
@@ -34,11 +33,10 @@ public:
   std::int64_t blocks() const { return static_cast<std::int64_t>(m_got.size()); }
   std::int64_t length() const { return m_length; }
   bool inMemory() const { return !m_data.empty(); }
-  TimePoint lastTouched() const { return m_lastTouched; }
 
   // Stores a block that is not there yet, exactly as long as it must be. False if a spilled
   // piece's block could not be written: the piece is then worth nothing.
-  bool store(std::int64_t block, ByteSpan data, PieceStore& disk, TimePoint now);
+  bool store(std::int64_t block, ByteSpan data, PieceStore& disk);
   // Moves the blocks that are there to their place in the payload; false if that failed.
   bool spill(PieceStore& disk);
   // Once complete: the digest of the whole; nothing if a spilled piece could not be read back.
@@ -59,7 +57,6 @@ private:
   std::int64_t m_count = 0;
   std::int64_t m_firstMissing = 0;
   std::int64_t m_hashedTo = 0;
-  TimePoint m_lastTouched;
   Sha1 m_sha;
 };
 

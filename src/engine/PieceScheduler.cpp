@@ -24,17 +24,15 @@ std::int64_t PieceScheduler::pieceLength(std::int64_t piece) const {
   return std::clamp<std::int64_t>(rest, 0, m_meta->pieceLength);
 }
 
-std::vector<std::int64_t> PieceScheduler::piecesOf(const std::vector<int>& files) const {
-  std::vector<std::int64_t> pieces;
+PieceOrder PieceScheduler::piecesOf(const std::vector<int>& files) const {
+  PieceOrder pieces;
   for (const int file : files) {
     if (file < 0 || static_cast<std::size_t>(file) >= m_meta->files.size()) continue;
     const auto index = static_cast<std::size_t>(file);
     const std::int64_t size = m_meta->files[index].size;
-    if (size < 1) continue;
     const std::int64_t offset = m_meta->offsets[index];
-    for (std::int64_t piece = offset / m_meta->pieceLength;
-         piece <= (offset + size - 1) / m_meta->pieceLength; ++piece)
-      pieces.push_back(piece);
+    if (size > 0)
+      pieces.push_back({offset / m_meta->pieceLength, (offset + size - 1) / m_meta->pieceLength});
   }
   return pieces;
 }
@@ -43,7 +41,6 @@ void PieceScheduler::want(const PieceRun& run) {
   for (std::int64_t piece = run.first; piece <= run.last; ++piece) {
     if (m_wanted[static_cast<std::size_t>(piece)]) continue;
     m_wanted[static_cast<std::size_t>(piece)] = true;
-    ++m_wantedCount;
     if (!m_have.has(piece)) ++m_wantedMissing;
   }
 }
@@ -52,7 +49,6 @@ void PieceScheduler::select(std::int64_t file, const std::vector<int>& subtitles
   if (!m_meta || file < 0 || static_cast<std::size_t>(file) >= m_meta->files.size()) return;
   m_streamFile = file;
   m_wanted.assign(m_meta->hashes.size(), false);
-  m_wantedCount = 0;
   m_wantedMissing = 0;
 
   StreamBuffer stream;
@@ -85,7 +81,7 @@ void PieceScheduler::pumpAll() {
   m_forEachPeer([this](Peer& peer) { pump(peer); });
 }
 
-bool PieceScheduler::hasAll(const PieceRun& run) {
+bool PieceScheduler::hasAll(const PieceRun& run) const {
   if (run.first < 0 || run.last >= m_have.size()) return false;
   return m_have.firstMissing(run.first) > run.last;
 }
@@ -93,6 +89,13 @@ bool PieceScheduler::hasAll(const PieceRun& run) {
 double PieceScheduler::streamProgress() const {
   if (!m_stream) return 0.0;
   return m_stream->progress([this](std::int64_t piece) { return m_have.has(piece); });
+}
+
+bool PieceScheduler::streamReady() const {
+  if (!m_stream) return false;
+  const PieceRun window = m_stream->windowPieces();
+  const PieceRun tail = m_stream->tailPieces();
+  return (window.empty() || hasAll(window)) && (tail.empty() || hasAll(tail));
 }
 
 void PieceScheduler::pump(Peer& peer) {
@@ -146,7 +149,9 @@ void PieceScheduler::receiveBlock(Peer& peer, std::uint32_t piece, std::uint32_t
     return;
   }
   const TimePoint now = m_clock.now();
-  if (!buffer->store(block, data, m_disk, now)) {
+  if (!buffer->store(block, data, m_disk)) {
+    // In memory it will fare better the next time.
+    m_diskTakesSpills = false;
     forget(piece);
     pump(peer);
     return;
@@ -160,30 +165,43 @@ void PieceScheduler::receiveBlock(Peer& peer, std::uint32_t piece, std::uint32_t
 PieceBuf* PieceScheduler::assemble(std::int64_t piece) {
   if (const auto found = m_pieces.find(piece); found != m_pieces.end()) return found->second.get();
   const std::int64_t length = pieceLength(piece);
+  makeRoom(length);
   ByteVector memory;
-  if (length <= kAssemblyBudget) {
-    makeRoom(length);
+  if (length <= kAssemblyBudget || !m_diskTakesSpills) {
     memory = std::move(m_spare);
     m_spare.clear();
     memory.resize(static_cast<std::size_t>(length));
     m_assemblyBytes += length;
+    m_inMemory.push_back(piece);
+  } else {
+    m_spilled.push_back(piece);
   }
   auto buffer = std::make_unique<PieceBuf>(piece * m_meta->pieceLength, length, std::move(memory));
   return (m_pieces[piece] = std::move(buffer)).get();
 }
 
 void PieceScheduler::makeRoom(std::int64_t bytes) {
-  while (m_assemblyBytes > 0 && m_assemblyBytes + bytes > kAssemblyBudget) spillOldest();
+  if (bytes > kAssemblyBudget) return;
+  while (m_diskTakesSpills && !m_inMemory.empty() && m_assemblyBytes + bytes > kAssemblyBudget)
+    spillOldest();
+  while (m_spilled.size() > kMostSpilled) {
+    const auto oldest = m_pieces.find(m_spilled.front());
+    if (oldest != m_pieces.end() && !oldest->second->inMemory()) m_pieces.erase(oldest);
+    m_spilled.pop_front();
+  }
 }
 
 void PieceScheduler::spillOldest() {
-  auto oldest = m_pieces.end();
-  for (auto it = m_pieces.begin(); it != m_pieces.end(); ++it)
-    if (it->second->inMemory() &&
-        (oldest == m_pieces.end() || it->second->lastTouched() < oldest->second->lastTouched()))
-      oldest = it;
-  m_assemblyBytes -= oldest->second->length();
-  if (!oldest->second->spill(m_disk)) m_pieces.erase(oldest);
+  const std::int64_t oldest = m_inMemory.front();
+  m_inMemory.pop_front();
+  const auto found = m_pieces.find(oldest);
+  m_assemblyBytes -= found->second->length();
+  if (found->second->spill(m_disk)) {
+    m_spilled.push_back(oldest);
+  } else {
+    m_diskTakesSpills = false;
+    m_pieces.erase(found);
+  }
 }
 
 void PieceScheduler::forget(std::int64_t piece) {
@@ -191,6 +209,7 @@ void PieceScheduler::forget(std::int64_t piece) {
   if (found->second->inMemory()) {
     m_assemblyBytes -= found->second->length();
     m_spare = found->second->takeMemory();
+    std::erase(m_inMemory, piece);
   }
   m_pieces.erase(found);
 }

@@ -6,6 +6,7 @@
 #include "engine/RequestTable.h"
 #include "formats/TorrentMeta.h"
 #include "streaming/StreamBuffer.h"
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -39,6 +40,8 @@ public:
   static constexpr double kForgetRequest = 20.0; // seconds until a request is forgotten
   // Bytes of pieces in assembly that may be in memory; what exceeds them is spilled.
   static constexpr std::int64_t kAssemblyBudget = 24 * kMiB;
+  // Pieces in assembly on disk; the oldest beyond are forgotten.
+  static constexpr std::size_t kMostSpilled = 8192;
 
   // All three outlive the scheduler.
   PieceScheduler(const Clock& clock, PieceStore& disk, ForEachPeer forEachPeer);
@@ -67,15 +70,17 @@ public:
   TimePoint lastProgress() const { return m_lastProgress; }
   std::size_t piecesInAssembly() const { return m_pieces.size(); }
   std::int64_t assemblyBytes() const { return m_assemblyBytes; }
-  // True when something is wanted and all of it is had.
-  bool complete() const { return m_wantedCount > 0 && m_wantedMissing == 0; }
+  // True when a file is selected and all of its pieces are had.
+  bool complete() const { return m_stream && !m_wanted.empty() && m_wantedMissing == 0; }
   // True when every piece of the run exists and is had.
-  bool hasAll(const PieceRun& run);
+  bool hasAll(const PieceRun& run) const;
   double streamProgress() const;
+  // The window at the playhead and the tail are had.
+  bool streamReady() const;
   std::int64_t pieceLength(std::int64_t piece) const;
 
 private:
-  std::vector<std::int64_t> piecesOf(const std::vector<int>& files) const;
+  PieceOrder piecesOf(const std::vector<int>& files) const;
   void want(const PieceRun& run);
   // False once the peer's pipeline is full.
   bool requestBlocks(Peer& peer, std::int64_t piece, TimePoint now);
@@ -93,14 +98,16 @@ private:
   std::shared_ptr<const TorrentMeta> m_meta;
   HaveMap m_have;
   std::vector<bool> m_wanted;
-  std::int64_t m_wantedCount = 0;
   std::int64_t m_wantedMissing = 0;
   std::optional<StreamBuffer> m_stream;
   std::int64_t m_streamFile = -1;
   PieceOrder m_order; // the stream's priorityOrder; all its pieces are wanted
   std::unordered_map<std::int64_t, std::unique_ptr<PieceBuf>> m_pieces;
-  std::int64_t m_assemblyBytes = 0; // in memory
-  ByteVector m_spare;               // the memory of the last finished piece
+  std::deque<std::int64_t> m_inMemory; // pieces whose bytes are in memory, oldest first
+  std::deque<std::int64_t> m_spilled;  // pieces that were spilled, oldest first; maybe gone by now
+  bool m_diskTakesSpills = true;       // after one failure nothing is spilled any more
+  std::int64_t m_assemblyBytes = 0;    // in memory
+  ByteVector m_spare;                  // the memory of the last finished piece
   RequestTable m_requests;
   std::int64_t m_downloaded = 0;
   TimePoint m_lastProgress;

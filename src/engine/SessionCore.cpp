@@ -138,7 +138,7 @@ void SessionCore::receiveBlock(PeerConn& peer, std::uint32_t piece, std::uint32_
 
 void SessionCore::tellMilestones() {
   const bool complete = m_scheduler.complete();
-  const bool ready = m_scheduler.stream() && (complete || m_scheduler.streamProgress() >= 1.0);
+  const bool ready = m_scheduler.streamReady();
   if (ready == m_toldReady && complete == m_toldComplete) return;
   m_toldReady = ready;
   m_toldComplete = complete;
@@ -162,6 +162,7 @@ void SessionCore::askForMetadata() {
 
 void SessionCore::requestMetadata(PeerConn& peer) {
   if (m_meta || peer.utMetadata() == 0 || peer.isClosed()) return;
+  if (!peer.canBeAskedForMetadata()) return peer.close();
   if (const auto piece = m_metadata.nextRequest(peer.metadataSize(), m_clock.now()))
     peer.sendMetadataMessage(0, *piece);
 }
@@ -208,7 +209,7 @@ bool SessionCore::readBlock(const PeerConn::Request& request, std::span<std::byt
   return m_meta && m_storage.read(request.piece * m_meta->pieceLength + request.begin, into);
 }
 
-bool SessionCore::hasRange(std::int64_t abs, std::int64_t length) {
+bool SessionCore::hasRange(std::int64_t abs, std::int64_t length) const {
   if (!m_meta || length < 1 || abs < 0) return false;
   if (length > std::numeric_limits<std::int64_t>::max() - abs) return false;
   return m_scheduler.hasAll({abs / m_meta->pieceLength, (abs + length - 1) / m_meta->pieceLength});
@@ -217,6 +218,7 @@ bool SessionCore::hasRange(std::int64_t abs, std::int64_t length) {
 SessionSnapshot SessionCore::makeSnapshot() const {
   SessionSnapshot snapshot;
   snapshot.meta = m_meta;
+  snapshot.title = m_config.title;
   snapshot.name = m_meta ? m_meta->name : m_config.title;
   snapshot.peers = livePeers();
   snapshot.knownPeers = static_cast<std::int64_t>(m_knownAddrs.size());
@@ -226,7 +228,7 @@ SessionSnapshot SessionCore::makeSnapshot() const {
   snapshot.downloaded = m_scheduler.downloaded();
   snapshot.uploaded = m_uploaded;
   snapshot.streamProgress = m_scheduler.streamProgress();
-  snapshot.streamReady = m_scheduler.stream() && snapshot.streamProgress >= 1.0;
+  snapshot.streamReady = m_scheduler.streamReady();
   snapshot.secondsSinceProgress = secondsBetween(m_scheduler.lastProgress(), m_clock.now());
   snapshot.complete = m_scheduler.complete();
   snapshot.announced = m_announced;

@@ -76,7 +76,7 @@ public:
   const std::vector<std::shared_ptr<PeerConn>>& peers() const { return m_peers; }
   std::size_t waitingAddresses() const { return m_pendingAddrs.size(); }
   // True when every piece that the bytes touch is had.
-  bool hasRange(std::int64_t abs, std::int64_t length);
+  bool hasRange(std::int64_t abs, std::int64_t length) const;
   // Bytes per second, read anew for each request; below 1: no limit.
   void setUploadLimit(std::function<std::int64_t()> limit) { m_uploadLimit = std::move(limit); }
 

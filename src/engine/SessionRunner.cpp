@@ -26,9 +26,11 @@ Flow<> SessionRunner::tickEverySecond(std::shared_ptr<SessionRunner> self) {
   asio::steady_timer timer(self->m_strand);
   auto next = std::chrono::steady_clock::now();
   while (!self->m_core.isStopped()) {
-    next += std::chrono::seconds(1);
+    // Ticks that were missed are not made up for: the rates count on a second between two.
+    next = std::max(next + std::chrono::seconds(1), std::chrono::steady_clock::now());
     timer.expires_at(next);
     co_await timer.async_wait(asio::use_awaitable);
+    if (self->m_core.isStopped()) co_return;
     self->m_core.tick();
     self->m_events.ticked(self->m_core.makeSnapshot());
   }

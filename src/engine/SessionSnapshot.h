@@ -7,9 +7,10 @@ namespace vellum {
 
 struct SessionSnapshot {
   std::shared_ptr<const TorrentMeta> meta; // nothing while unknown
-  QString name;
-  std::int64_t peers = 0;      // live connections
-  std::int64_t knownPeers = 0; // every address ever heard of
+  QString name;                            // the torrent's, or the title while that is unknown
+  QString title;                           // the session's
+  std::int64_t peers = 0;                  // live connections
+  std::int64_t knownPeers = 0;             // every address ever heard of
   std::optional<std::int64_t> trackerSeeders;
   double downRate = 0; // bytes per second, smoothed
   double upRate = 0;

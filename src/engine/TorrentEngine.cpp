@@ -30,8 +30,10 @@ std::shared_ptr<TorrentSession> TorrentEngine::acquire(const Hash20& hash,
   session->setOnTick([this, key](const SessionSnapshot& snapshot) {
     if (!m_sessions.contains(key)) return;
     m_snaps[key] = snapshot;
+    m_titles[key] = snapshot.title;
     refresh();
   });
+  m_titles[key] = session->title();
   m_sessions[key] = session;
   session->start();
   refresh();
@@ -52,18 +54,20 @@ void TorrentEngine::stop(const QString& key) {
   const auto session = found->second;
   session->setOnTick({});
   session->stop(!m_surroundings.keepAfterPlayback());
+  m_surroundings.unregister(key);
   m_sessions.erase(key);
+  m_titles.erase(key);
   m_snaps.erase(key);
   m_streaming.erase(key);
   refresh();
-  m_surroundings.sessionEnded(key);
+  m_surroundings.cacheChanged();
 }
 
 void TorrentEngine::refresh() {
   m_entries.clear();
   for (const auto& [key, session] : m_sessions) {
     const auto snap = m_snaps.find(key);
-    m_entries.push_back({key, session->title(),
+    m_entries.push_back({key, m_titles[key],
                          snap != m_snaps.end() ? snap->second : SessionSnapshot{},
                          m_streaming.contains(key)});
   }

@@ -22,9 +22,10 @@ public:
     virtual bool keepAfterPlayback() const = 0;
     // Bytes per second, below 1 for no limit; asked on session strands, at every request.
     virtual std::function<std::int64_t()> uploadLimit() const = 0;
-    // The session with this key has ended: nobody may be served from it, and its folder is gone
-    // or at rest.
-    virtual void sessionEnded(const QString& key) = 0;
+    // The session with this key has ended: nobody may be served from it.
+    virtual void unregister(const QString& key) = 0;
+    // A session's folder is gone, or at rest.
+    virtual void cacheChanged() = 0;
   };
 
   // One row of the list.
@@ -63,6 +64,7 @@ private:
   Surroundings& m_surroundings;
   std::vector<Entry> m_entries;
   std::map<QString, std::shared_ptr<TorrentSession>> m_sessions;
+  std::map<QString, QString> m_titles; // from the last snapshot, or before the first one
   std::map<QString, SessionSnapshot> m_snaps;
   std::set<QString> m_streaming;
 };

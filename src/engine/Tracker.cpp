@@ -1,5 +1,6 @@
 #include "engine/Tracker.h"
 #include "base/Resolve.h"
+#include <asio/experimental/as_tuple.hpp>
 #include <asio/experimental/awaitable_operators.hpp>
 #include <asio/ip/udp.hpp>
 
@@ -10,34 +11,38 @@ namespace {
 using Udp = asio::ip::udp;
 using namespace asio::experimental::awaitable_operators;
 
-constexpr std::chrono::seconds kUdpTimeout{6};
+constexpr auto asTuple = asio::experimental::as_tuple(asio::use_awaitable);
+constexpr std::chrono::seconds kUdpTimeout{6}; // for each step
 constexpr std::chrono::seconds kHttpTimeout{8};
 constexpr int kDefaultUdpPort = 80;
 constexpr std::size_t kLargestDatagram = 65536;
 
-Flow<std::size_t> sendAndReceive(Udp::socket& socket, ByteSpan payload, std::span<std::byte> into) {
-  co_await socket.async_send(asio::buffer(payload.data(), payload.size()), asio::use_awaitable);
-  co_return co_await socket.async_receive(asio::buffer(into.data(), into.size()),
-                                          asio::use_awaitable);
+// Sends one datagram and waits for one; nothing if either fails.
+Flow<std::optional<ByteVector>> exchange(Udp::socket& socket, ByteVector payload) {
+  const auto [sendError, sent] = co_await socket.async_send(asio::buffer(payload), asTuple);
+  if (sendError) co_return std::nullopt;
+  ByteVector reply(kLargestDatagram);
+  const auto [error, size] = co_await socket.async_receive(asio::buffer(reply), asTuple);
+  if (error) co_return std::nullopt;
+  reply.resize(size);
+  co_return reply;
 }
 
-// Sends one datagram and waits for one: whichever of answer, error and time-out comes first
-// decides. Nothing for the other two.
-Flow<std::optional<ByteSpan>> exchange(Udp::socket& socket, ByteSpan payload,
-                                       std::span<std::byte> buffer) {
-  try {
-    const auto outcome =
-        co_await (sendAndReceive(socket, payload, buffer) || sleepFor(kUdpTimeout));
-    if (outcome.index() == 0) co_return buffer.first(std::get<0>(outcome));
-  } catch (const std::exception&) {
-    // A refused or cancelled exchange is as good as one without an answer.
-  }
-  co_return std::nullopt;
+// Looks the host up, opens the socket to it and takes the first step.
+Flow<std::optional<ByteVector>> connectTo(Udp::socket& socket, QUrl url, ByteVector payload) {
+  const auto found = co_await resolveHost(url.host());
+  if (found.empty()) co_return std::nullopt;
+  asio::error_code error;
+  const auto port = static_cast<std::uint16_t>(url.port(kDefaultUdpPort));
+  socket.connect(Udp::endpoint(found.front(), port), error);
+  if (error) co_return std::nullopt;
+  co_return co_await exchange(socket, std::move(payload));
 }
 
-Flow<std::optional<Udp::endpoint>> endpointOf(const QUrl& url) {
-  for (const auto& address : co_await resolveHost(url.host()))
-    co_return Udp::endpoint(address, static_cast<std::uint16_t>(url.port(kDefaultUdpPort)));
+// Whichever of the step's end and the time-out comes first decides.
+Flow<std::optional<ByteVector>> inTime(Flow<std::optional<ByteVector>> step) {
+  auto outcome = co_await (std::move(step) || sleepFor(kUdpTimeout));
+  if (outcome.index() == 0) co_return std::get<0>(std::move(outcome));
   co_return std::nullopt;
 }
 
@@ -58,25 +63,16 @@ Flow<std::optional<TrackerResult>> Tracker::announce(QString url, AnnounceReques
 
 Flow<std::optional<TrackerResult>> Tracker::udp(QUrl url, AnnounceRequest request, Random& random) {
   if (url.host().isEmpty()) co_return std::nullopt;
-  const auto endpoint = co_await endpointOf(url);
-  if (!endpoint) co_return std::nullopt;
   Udp::socket socket(co_await asio::this_coro::executor);
-  asio::error_code error;
-  socket.connect(*endpoint, error);
-  if (error) co_return std::nullopt;
-
-  ByteVector buffer(kLargestDatagram);
   const std::uint32_t connectId = random32(random);
-  const auto connectRequest = udpConnectRequest(connectId);
-  const auto connectReply = co_await exchange(socket, connectRequest, buffer);
-  if (!connectReply) co_return std::nullopt;
-  const auto connection = parseUdpConnect(*connectReply, connectId);
+  const auto connectReply =
+      co_await inTime(connectTo(socket, url, toVector(udpConnectRequest(connectId))));
+  const auto connection = connectReply ? parseUdpConnect(*connectReply, connectId) : std::nullopt;
   if (!connection) co_return std::nullopt;
 
   const std::uint32_t announceId = random32(random);
-  const auto announceRequest =
-      udpAnnounceRequest(*connection, announceId, request, random32(random));
-  const auto announceReply = co_await exchange(socket, announceRequest, buffer);
+  const auto announce = udpAnnounceRequest(*connection, announceId, request, random32(random));
+  const auto announceReply = co_await inTime(exchange(socket, toVector(announce)));
   if (!announceReply) co_return std::nullopt;
   co_return parseUdpAnnounce(*announceReply, announceId);
 }

@@ -137,10 +137,10 @@ Flow<QByteArray> HttpClient::fetchData(QUrl url, std::chrono::milliseconds timeo
   return fetch(m_main, m_requests, std::move(url), timeout, maxBytes);
 }
 
-FetchData HttpClient::fetcher() {
-  return [&main = m_main, requests = std::weak_ptr(m_requests)](QUrl url,
-                                                                std::chrono::milliseconds timeout) {
-    return fetch(main, requests, std::move(url), timeout, kLargestBody);
+FetchData HttpClient::fetcher(std::int64_t maxBytes) {
+  return [&main = m_main, requests = std::weak_ptr(m_requests),
+          maxBytes](QUrl url, std::chrono::milliseconds timeout) {
+    return fetch(main, requests, std::move(url), timeout, maxBytes);
   };
 }
 

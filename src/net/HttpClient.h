@@ -30,7 +30,7 @@ public:
   Flow<QByteArray> fetchData(QUrl url, std::chrono::milliseconds timeout,
                              std::int64_t maxBytes = kLargestBody);
   // The same, to be handed on; it may outlive the client.
-  FetchData fetcher();
+  FetchData fetcher(std::int64_t maxBytes = kLargestBody);
 
   // Main thread: where answers are kept from now on. Until the first call nowhere.
   void setCacheDirectory(const QString& directory);

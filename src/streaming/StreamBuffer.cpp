@@ -80,7 +80,7 @@ PieceOrder StreamBuffer::priorityOrder() const {
   OrderBuilder builder;
   builder.add(windowPieces());
   builder.add(tailPieces());
-  for (const std::int64_t piece : extraPieces) builder.add({piece, piece});
+  for (const PieceRun& run : extraPieces) builder.add(run);
   builder.add(pieces(playhead, fileLength - playhead));
   builder.add(pieces(0, fileLength));
   return builder.take();

@@ -33,8 +33,8 @@ public:
   std::int64_t fileLength = 0;  // bytes
   std::int64_t pieceLength = 1; // bytes, above 0
   std::int64_t pieceCount = 0;
-  std::vector<std::int64_t> extraPieces; // may repeat and overlap the video's pieces
-  std::int64_t playhead = 0;             // byte offset in the file
+  PieceOrder extraPieces;    // of the subtitles; may repeat and overlap the video's pieces
+  std::int64_t playhead = 0; // byte offset in the file
 
   // The pieces that a byte range of the file touches; positions are relative to the file.
   PieceRun pieces(std::int64_t relStart, std::int64_t length) const;

@@ -11,7 +11,8 @@ struct TorrentEngineTest : SessionWorld, TorrentEngine::Surroundings {
   std::function<std::int64_t()> uploadLimit() const override {
     return [] { return std::int64_t{0}; };
   }
-  void sessionEnded(const QString& key) override {
+  void cacheChanged() override {}
+  void unregister(const QString& key) override {
     ended.append(key);
     folderAtEnd = QDir(folderOf(key)).exists();
   }

@@ -24,6 +24,11 @@ TEST(Text, ByteCountsReadAsInAFileManager) {
     EXPECT_EQ(formatByteCount(bytes), QString::fromUtf8(text)) << bytes;
 }
 
+TEST(Text, NamesFromOutsideNeitherForgeLinesNorSpeakToTheTerminal) {
+  EXPECT_EQ(printable(QString::fromUtf8("a\nURL b\r\t\x1b[31m\xC2\x9B\x7F \xE2\x80\xA8é")),
+            QString::fromUtf8("a�URL b���[31m�� �é"));
+}
+
 TEST(Bytes, AnInfoHashIsExactlyFortyHexadecimalDigits) {
   const QString digits = QStringLiteral("00ff").repeated(10);
   ASSERT_TRUE(hash20FromHex(digits));

@@ -163,6 +163,18 @@ TEST_F(PeerConnTest, HavesAndBitfieldsGrowWithinBounds) {
   EXPECT_FALSE(peer->hasPiece(0));
 }
 
+TEST_F(PeerConnTest, AFloodOfTinyMessagesCostsOnePumpARead) {
+  shakeHands();
+  ByteVector flood;
+  for (std::uint32_t i = 0; i < 5'000; ++i) {
+    append(flood, frame(1));
+    append(flood, frame(4, numbers({i})));
+  }
+  feed(*peer, flood);
+  EXPECT_TRUE(peer->hasPiece(4'999));
+  EXPECT_EQ(session.pumps, 2) << "for " << flood.size() << " bytes, 65536 at a time";
+}
+
 TEST_F(PeerConnTest, RequestsCountOnceUnchokedAndAtTheirExactLength) {
   shakeHands();
   feed(*peer, frame(6, numbers({0, 0, 16384})));

@@ -220,14 +220,17 @@ TEST_F(SchedulerTest, ABlockOfEveryPieceDoesNotFillTheMemory) {
 }
 
 TEST_F(SchedulerTest, ADeadDiskCostsNothingButTheData) {
-  start({{"a.mkv", 40 * kMiB}}, kMiB);
   disk.broken = true;
-  scheduler->select(0, {});
-  for (std::int64_t piece = 0; piece < 40; ++piece) deliver(peers[0], {piece, 0, kBlock});
-  EXPECT_LT(scheduler->piecesInAssembly(), 30U) << "what could not be spilled is fetched anew";
-  for (std::int64_t begin = 0; begin < kMiB; begin += kBlock)
-    deliver(peers[0], {39, begin, kBlock});
-  EXPECT_TRUE(scheduler->have().has(39)) << "verified, whatever the disk says";
+  for (const std::int64_t pieceLength : {kMiB, 32 * kMiB}) { // the latter is too large for memory
+    start({{"a.mkv", 64 * kMiB}}, pieceLength);
+    scheduler->select(0, {});
+    const std::int64_t pieces = 64 * kMiB / pieceLength;
+    for (std::int64_t piece = 0; piece < pieces; ++piece) deliver(peers[0], {piece, 0, kBlock});
+    for (std::int64_t begin = 0; begin < pieceLength; begin += kBlock)
+      deliver(peers[0], {pieces - 1, begin, kBlock});
+    deliver(peers[0], {pieces - 1, 0, kBlock}); // what could not be spilled is fetched anew
+    EXPECT_TRUE(scheduler->have().has(pieces - 1)) << "verified, whatever the disk says";
+  }
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "engine/HaveMap.h"
 #include "engine/InflightSet.h"
 #include "engine/RequestTable.h"
+#include "engine/SendBuffer.h"
 #include <gtest/gtest.h>
 #include <map>
 #include <random>
@@ -64,6 +65,30 @@ TEST(HaveMap, TheBitfieldHasPieceZeroOnTopAndNoSpareBits) {
   HaveMap have(10);
   for (const int piece : {0, 7, 9}) have.set(piece);
   EXPECT_EQ(toHex(have.bitfield()), QStringLiteral("8140"));
+}
+
+TEST(SendBuffer, HoldsLittleMoreThanWhatWaitsOnALineThatIsNeverIdle) {
+  SendBuffer buffer;
+  std::uint8_t next = 0;
+  std::uint8_t expected = 0;
+  buffer.append(ByteVector(1000)); // never empty from now on
+  std::size_t zeros = 1000;
+  for (int round = 0; round < 5000; ++round) {
+    ByteVector block(16'384);
+    for (auto& byte : block) byte = std::byte(next++);
+    buffer.append(block);
+    for (const std::byte byte : buffer.front().first(block.size())) {
+      if (zeros > 0) {
+        --zeros;
+        ASSERT_EQ(byte, std::byte{0});
+      } else {
+        ASSERT_EQ(byte, std::byte(expected++));
+      }
+    }
+    buffer.consume(block.size());
+    ASSERT_EQ(buffer.size(), 1000U);
+  }
+  EXPECT_LT(buffer.held(), 0x40000U);
 }
 
 TEST(InflightSet, HoldsTenKeysOnceEach) {

@@ -35,7 +35,7 @@ std::vector<std::int64_t> naiveOrder(const StreamBuffer& buffer) {
   };
   addBytes(buffer.playhead, 0x800000);
   addBytes(std::max<std::int64_t>(buffer.fileLength - 0x300000, 0), 0x300000);
-  for (const auto piece : buffer.extraPieces) add(piece);
+  for (const auto piece : expand(buffer.extraPieces)) add(piece);
   addBytes(buffer.playhead, buffer.fileLength - buffer.playhead);
   addBytes(0, buffer.fileLength);
   return order;
@@ -51,9 +51,12 @@ TEST(StreamBuffer, RunsExpandToTheOrderOfTheFiveLists) {
     buffer.fileOffset = static_cast<std::int64_t>(random() % 5'000'000);
     buffer.pieceCount =
         (buffer.fileOffset + buffer.fileLength + 3'000'000) / buffer.pieceLength + 1;
-    for (auto extras = random() % 6; extras > 0; --extras)
-      buffer.extraPieces.push_back(
-          static_cast<std::int64_t>(random() % static_cast<std::uint64_t>(buffer.pieceCount)));
+    for (auto extras = random() % 6; extras > 0; --extras) {
+      const auto first =
+          static_cast<std::int64_t>(random() % static_cast<std::uint64_t>(buffer.pieceCount));
+      const auto last = first + static_cast<std::int64_t>(random() % 4);
+      buffer.extraPieces.push_back({first, std::min(last, buffer.pieceCount - 1)});
+    }
     buffer.playhead = buffer.clamped(static_cast<std::int64_t>(random() % 50'000'000));
     ASSERT_EQ(expand(buffer.priorityOrder()), naiveOrder(buffer)) << "round " << round;
   }
