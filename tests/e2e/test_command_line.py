@@ -57,6 +57,17 @@ class Usage(WorldTest):
                 self.assertEqual((ended.returncode, ended.stdout), (2, ""))
                 self.assertEqual(len(ended.stderr.strip().splitlines()), 1, ended.stderr)
 
+    def test_a_source_that_is_none_gets_one_sentence_and_1(self) -> None:
+        noise(self.folder / "noise.torrent", 5000)
+        with web_server(self.folder) as base:
+            for source in ("magnet:?dn=x", "/no/such.torrent", str(self.folder / "noise.torrent"),
+                           "0123456789abcdef", f"{base}/missing.torrent", f"{base}/noise.torrent",
+                           "http://127.0.0.1:1/x.torrent"):
+                with self.subTest(source):
+                    ended = run("--stream", source, home=self.folder)
+                    self.assertEqual((ended.returncode, ended.stdout), (1, ""))
+                    self.assertEqual(len(ended.stderr.strip().splitlines()), 1, ended.stderr)
+
     def test_help_and_version(self) -> None:
         self.assertIn("--stream SOURCE", run("--help", home=self.folder).stdout)
         version = run("--version", home=self.folder)
