@@ -24,10 +24,11 @@ void SessionRunner::stop() {
 
 Flow<> SessionRunner::tickEverySecond(std::shared_ptr<SessionRunner> self) {
   asio::steady_timer timer(self->m_strand);
-  auto next = std::chrono::steady_clock::now();
+  const Clock& clock = self->m_environment.clock;
+  auto next = clock.now();
   while (!self->m_core.isStopped()) {
     // Ticks that were missed are not made up for: the rates count on a second between two.
-    next = std::max(next + std::chrono::seconds(1), std::chrono::steady_clock::now());
+    next = std::max(next + std::chrono::seconds(1), clock.now());
     timer.expires_at(next);
     co_await timer.async_wait(asio::use_awaitable);
     if (self->m_core.isStopped()) co_return;
