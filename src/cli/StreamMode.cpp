@@ -59,7 +59,8 @@ int runStreamMode(Runtime& runtime, const Arguments& arguments, const QStringLis
   StreamCommand command(services, arguments);
   FlowGroup flows(runtime.main.executor());
   const StopSignals signals(runtime, flows);
-  flows.spawn(runAndQuit(command));
+  // From within the main loop: a loop that has not begun cannot be ended.
+  runtime.main.post([&flows, &command] { flows.spawn(runAndQuit(command)); });
   return QCoreApplication::exec();
 }
 

@@ -143,8 +143,11 @@ bool TorrentSession::extract(std::int64_t file, const QString& destination) {
   return out.commit();
 }
 
-Flow<std::vector<TorrentFileEntry>> TorrentSession::filesAsync() {
-  return asyncOn(m_strand, [runner = m_runner] { return filesOf(runner->core()); });
+Flow<StreamSource::Files> TorrentSession::filesAsync() {
+  return asyncOn(m_strand, [runner = m_runner] {
+    const auto& meta = runner->core().meta();
+    return meta ? Files(meta, &meta->files) : Files();
+  });
 }
 
 Flow<std::optional<FileRange>> TorrentSession::fileRangeAsync(std::int64_t file) {

@@ -46,7 +46,7 @@ public:
   // Cuts one complete file of less than 32 MiB out of the payload; replaces what is there.
   bool extract(std::int64_t file, const QString& destination);
 
-  Flow<std::vector<TorrentFileEntry>> filesAsync() override;
+  Flow<Files> filesAsync() override;
   Flow<std::optional<FileRange>> fileRangeAsync(std::int64_t file) override;
   Flow<bool> hasRangeAsync(std::int64_t abs, std::int64_t length) override;
   Flow<std::size_t> readAsync(std::int64_t abs, std::span<std::byte> into) override;

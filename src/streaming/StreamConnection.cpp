@@ -51,7 +51,7 @@ Flow<std::optional<StreamConnection::Body>> StreamConnection::respond(HttpReques
   if (!range) co_return co_await refuse(answers::rangeNotSatisfiable(file->length));
   const auto files = co_await source->filesAsync();
   const auto at = static_cast<std::size_t>(*index);
-  const QString path = at < files.size() ? files[at].path : QString();
+  const QString path = files && at < files->size() ? (*files)[at].path : QString();
   co_await send(
       answers::head(*range, file->length, answers::mime(path), request.range.has_value()));
   if (request.method != "GET") co_return std::nullopt;

@@ -4,6 +4,7 @@
 #include "base/Bytes.h"
 #include "base/Flow.h"
 #include "formats/TorrentMeta.h"
+#include <memory>
 
 namespace vellum {
 
@@ -22,7 +23,9 @@ public:
   // 40 lower-case hexadecimal digits; constant.
   virtual QString key() const = 0;
 
-  virtual Flow<std::vector<TorrentFileEntry>> filesAsync() = 0;
+  // Nothing without metadata. Shared, since a torrent may have very many files.
+  using Files = std::shared_ptr<const std::vector<TorrentFileEntry>>;
+  virtual Flow<Files> filesAsync() = 0;
   // Nothing without metadata or for an index out of range.
   virtual Flow<std::optional<FileRange>> fileRangeAsync(std::int64_t file) = 0;
   // True when every piece that the bytes touch is verified. `abs` counts from the payload's start.

@@ -52,8 +52,9 @@ public:
   }
 
   QString key() const override { return QString(40, u'a'); }
-  Flow<std::vector<TorrentFileEntry>> filesAsync() override {
-    return onStrand([this] { return m_files; });
+  Flow<Files> filesAsync() override {
+    return onStrand(
+        [this] { return std::make_shared<const std::vector<TorrentFileEntry>>(m_files); });
   }
   Flow<std::optional<FileRange>> fileRangeAsync(std::int64_t file) override {
     return onStrand([this, file] { return rangeOf(file); });
