@@ -1,4 +1,5 @@
 """The demo world: our own loopback tracker and seeders, with lines of chosen quality."""
+import os
 import re
 from pathlib import Path
 
@@ -11,7 +12,9 @@ class DemoWorld(Process):
     """vellum-demo-world PATH …"""
 
     def __init__(self, folder: Path, source: Path, *options: str, name: str = "world") -> None:
-        super().__init__(folder, name, [program("vellum-demo-world"), *options, source])
+        # Killed, it cannot clean up: its temporary files lie where the test's do.
+        super().__init__(folder, name, [program("vellum-demo-world"), *options, source],
+                         dict(os.environ, TMPDIR=str(folder)))
         wait_until("the demo world is up", 60, lambda: "MAGNET" in self.out() or not self.runs())
         if not self.runs():
             raise RuntimeError(f"the demo world did not start: {self.err()}")
