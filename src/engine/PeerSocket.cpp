@@ -1,6 +1,7 @@
 #include "engine/PeerSocket.h"
 #include "base/Resolve.h"
 #include <asio/experimental/as_tuple.hpp>
+#include <cassert>
 
 namespace vellum {
 
@@ -78,6 +79,7 @@ void PeerSocket::takeIn(PeerConn& peer, std::size_t size) {
 }
 
 void PeerSocket::send(ByteSpan bytes) {
+  assert(m_strand.running_in_this_thread());
   m_out.append(bytes);
   if (m_flushScheduled || m_inTurn) return;
   m_flushScheduled = true;
@@ -109,6 +111,7 @@ void PeerSocket::waitWritable() {
 }
 
 void PeerSocket::close() {
+  assert(m_strand.running_in_this_thread());
   m_closed = true;
   asio::error_code ignored;
   m_socket.close(ignored);

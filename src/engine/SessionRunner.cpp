@@ -1,6 +1,7 @@
 #include "engine/SessionRunner.h"
 #include "engine/PeerSocket.h"
 #include "engine/Tracker.h"
+#include <cassert>
 
 namespace vellum {
 
@@ -11,12 +12,14 @@ SessionRunner::SessionRunner(const SessionEnvironment& environment, const Strand
       m_core(std::move(config), environment.clock, *this), m_flows(strand), m_uploadTimer(strand) {}
 
 void SessionRunner::start() {
+  assert(m_strand.running_in_this_thread());
   if (m_core.isStopped()) return;
   m_flows.spawn(tickEverySecond(shared_from_this()));
   m_core.start();
 }
 
 void SessionRunner::stop() {
+  assert(m_strand.running_in_this_thread());
   m_core.stop();
   m_uploadTimer.cancel();
   m_flows.cancelAll();
@@ -39,6 +42,7 @@ Flow<> SessionRunner::tickEverySecond(std::shared_ptr<SessionRunner> self) {
 
 std::shared_ptr<PeerLink> SessionRunner::dial(const PeerAddr& address,
                                               std::shared_ptr<PeerConn> peer) {
+  assert(m_strand.running_in_this_thread());
   auto socket = std::make_shared<PeerSocket>(m_strand);
   m_flows.spawn(socket->run(address, std::move(peer)));
   return socket;

@@ -1,5 +1,6 @@
 #include "engine/TorrentEngine.h"
 #include <algorithm>
+#include <cassert>
 
 namespace vellum {
 
@@ -14,6 +15,7 @@ std::shared_ptr<TorrentSession> TorrentEngine::acquire(const Hash20& hash,
                                                        const QStringList& trackers,
                                                        const QString& title,
                                                        std::shared_ptr<const TorrentMeta> meta) {
+  assert(m_environment.main.isCurrentThread());
   const QString key = toHex(hash);
   m_streaming.insert(key);
   const auto running = m_sessions.find(key);
@@ -41,6 +43,7 @@ std::shared_ptr<TorrentSession> TorrentEngine::acquire(const Hash20& hash,
 }
 
 void TorrentEngine::release(const std::shared_ptr<TorrentSession>& session) {
+  assert(m_environment.main.isCurrentThread());
   m_streaming.erase(session->key());
   if (m_surroundings.stopSeedingOnClose())
     stop(session->key());
@@ -49,6 +52,7 @@ void TorrentEngine::release(const std::shared_ptr<TorrentSession>& session) {
 }
 
 void TorrentEngine::stop(const QString& key) {
+  assert(m_environment.main.isCurrentThread());
   const auto found = m_sessions.find(key);
   if (found == m_sessions.end()) return;
   const auto session = found->second;

@@ -33,7 +33,7 @@ TorrentSession::TorrentSession(const SessionEnvironment& environment, const Hash
                              SessionCore::withDefaults(trackers, environment.defaultTrackers),
                              title, directory};
   m_runner = std::make_shared<SessionRunner>(environment, m_strand, std::move(config), events());
-  if (meta) syncOn(m_strand, [&] { m_runner->core().setMeta(std::move(meta), false); });
+  if (meta) onStrand([&] { m_runner->core().setMeta(std::move(meta), false); });
 }
 
 TorrentSession::~TorrentSession() {
@@ -87,37 +87,37 @@ void TorrentSession::addPeers(std::vector<PeerAddr> addresses) {
 }
 
 void TorrentSession::stop(bool deleteData) {
-  syncOn(m_strand, [this] { m_runner->stop(); });
+  onStrand([this] { m_runner->stop(); });
   if (deleteData) QDir(m_directory).removeRecursively();
 }
 
 SessionSnapshot TorrentSession::snapshot() {
-  return syncOn(m_strand, [this] { return m_runner->core().makeSnapshot(); });
+  return onStrand([this] { return m_runner->core().makeSnapshot(); });
 }
 
 QString TorrentSession::title() {
-  return syncOn(m_strand, [this] { return m_runner->core().title(); });
+  return onStrand([this] { return m_runner->core().title(); });
 }
 
 bool TorrentSession::isStopped() {
-  return syncOn(m_strand, [this] { return m_runner->core().isStopped(); });
+  return onStrand([this] { return m_runner->core().isStopped(); });
 }
 
 std::vector<TorrentFileEntry> TorrentSession::files() {
-  return syncOn(m_strand, [this] { return filesOf(m_runner->core()); });
+  return onStrand([this] { return filesOf(m_runner->core()); });
 }
 
 std::optional<FileRange> TorrentSession::fileRange(std::int64_t file) {
-  return syncOn(m_strand, [=, this] { return rangeOf(m_runner->core(), file); });
+  return onStrand([=, this] { return rangeOf(m_runner->core(), file); });
 }
 
 bool TorrentSession::hasRange(std::int64_t abs, std::int64_t length) {
-  return syncOn(m_strand, [=, this] { return m_runner->core().hasRange(abs, length); });
+  return onStrand([=, this] { return m_runner->core().hasRange(abs, length); });
 }
 
 std::optional<ByteVector> TorrentSession::read(std::int64_t abs, std::int64_t length) {
   if (abs < 0 || length < 0) return std::nullopt;
-  return syncOn(m_strand, [=, this]() -> std::optional<ByteVector> {
+  return onStrand([=, this]() -> std::optional<ByteVector> {
     auto& storage = m_runner->core().storage();
     if (!storage.isOpen()) return std::nullopt;
     ByteVector bytes(static_cast<std::size_t>(length));
@@ -127,7 +127,7 @@ std::optional<ByteVector> TorrentSession::read(std::int64_t abs, std::int64_t le
 }
 
 void TorrentSession::select(std::int64_t file, const std::vector<int>& subtitles) {
-  syncOn(m_strand, [&] { m_runner->core().select(file, subtitles); });
+  onStrand([&] { m_runner->core().select(file, subtitles); });
 }
 
 bool TorrentSession::extract(std::int64_t file, const QString& destination) {

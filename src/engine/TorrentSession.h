@@ -2,6 +2,7 @@
 #pragma once
 #include "engine/SessionRunner.h"
 #include "streaming/StreamSource.h"
+#include <cassert>
 
 namespace vellum {
 
@@ -61,6 +62,12 @@ private:
   };
 
   SessionRunner::Events events() const;
+  // Waits for f on the strand.
+  template <class F>
+  auto onStrand(F f) {
+    assert(m_environment.main.isCurrentThread());
+    return syncOn(m_strand, std::move(f));
+  }
 
   SessionEnvironment m_environment;
   Hash20 m_infoHash;
