@@ -20,7 +20,6 @@ using Hash20 = std::array<std::byte, 20>;
 
 inline constexpr std::int64_t kKiB = 1024;
 inline constexpr std::int64_t kMiB = 1024 * kKiB;
-inline constexpr std::int64_t kGiB = 1024 * kMiB;
 
 std::array<std::byte, 4> be32(std::uint32_t value);
 // Writes 4 or 8 bytes, big-endian; `out` must be at least that long.

@@ -71,7 +71,6 @@ public:
 
   bool isClosed() const { return m_closed; }
   bool isInterested() const { return m_peerInterested; }
-  bool isUnchoked() const { return m_unchokedThem; }
   std::int64_t utMetadata() const { return m_utMetadata; }
   std::int64_t metadataSize() const { return m_metadataSize; }
   // An id that is no byte cannot be sent.

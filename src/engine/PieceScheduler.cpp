@@ -181,8 +181,9 @@ PieceBuf* PieceScheduler::assemble(std::int64_t piece) {
 }
 
 void PieceScheduler::makeRoom(std::int64_t bytes) {
-  if (bytes > kAssemblyBudget) return;
-  while (m_diskTakesSpills && !m_inMemory.empty() && m_assemblyBytes + bytes > kAssemblyBudget)
+  // A piece that goes to disk anyway needs no room.
+  const std::int64_t room = bytes > kAssemblyBudget ? 0 : bytes;
+  while (m_diskTakesSpills && !m_inMemory.empty() && m_assemblyBytes + room > kAssemblyBudget)
     spillOldest();
   while (m_spilled.size() > kMostSpilled) {
     const auto oldest = m_pieces.find(m_spilled.front());

@@ -26,8 +26,6 @@ public:
     return sendAt;
   }
 
-  TimePoint nextAt() const { return m_nextAt; }
-
 private:
   TimePoint m_nextAt;
 };

@@ -5,6 +5,7 @@
 #include "net/HttpClient.h"
 #include "support/LoopbackSeeder.h"
 #include "support/LoopbackTracker.h"
+#include "support/MainThread.h"
 #include <QCoreApplication>
 #include <QDir>
 #include <QTemporaryDir>
@@ -15,7 +16,7 @@ namespace vellum::test {
 using namespace std::chrono_literals;
 
 // That everything ends when the session is gone is a part of every test: the pool waits for it.
-struct SessionWorld : testing::Test {
+struct SessionWorld : testing::Test, test::MainThread {
   static constexpr std::int64_t kPiece = 64 * kKiB;
   static constexpr std::size_t kFilm = 3'000'001; // bytes
 
@@ -58,11 +59,6 @@ struct SessionWorld : testing::Test {
            std::ranges::equal(*read, bytes);
   }
 
-  int argc = 1;
-  char name[5] = "test";
-  char* argv[2] = {name, nullptr};
-  QCoreApplication app{argc, argv};
-  MainLoop main;
   SystemClock clock;
   SystemRandom random;
   QTemporaryDir folder;

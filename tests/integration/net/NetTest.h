@@ -3,6 +3,7 @@
 #include "ScriptedServer.h"
 #include "base/IoPool.h"
 #include "net/HttpClient.h"
+#include "support/MainThread.h"
 #include <QCoreApplication>
 #include <gtest/gtest.h>
 
@@ -19,7 +20,7 @@ struct Ending {
   bool isOnItsStrand = false;
 };
 
-struct NetTest : testing::Test {
+struct NetTest : testing::Test, test::MainThread {
   NetTest() {
     for (const char* variable : {"http_proxy", "HTTP_PROXY", "all_proxy", "ALL_PROXY"})
       qunsetenv(variable);
@@ -69,11 +70,6 @@ struct NetTest : testing::Test {
     return ending(promise);
   }
 
-  int argc = 1;
-  char program[5] = "test";
-  char* argv[2] = {program, nullptr};
-  QCoreApplication app{argc, argv};
-  MainLoop main;
   IoPool pool;
   Strand strand = pool.makeStrand();
   FlowGroup flows{strand};

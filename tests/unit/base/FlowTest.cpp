@@ -2,6 +2,7 @@
 #include "base/IoPool.h"
 #include "base/MainLoop.h"
 #include "base/Resolve.h"
+#include "support/MainThread.h"
 #include <QCoreApplication>
 #include <gtest/gtest.h>
 
@@ -15,13 +16,7 @@ void turnUntil(const bool& done) {
   while (!done && std::chrono::steady_clock::now() < deadline) QCoreApplication::processEvents();
 }
 
-struct FlowTest : testing::Test {
-  int argc = 1;
-  char name[5] = "test";
-  char* argv[2] = {name, nullptr};
-  QCoreApplication app{argc, argv};
-  MainLoop main;
-};
+struct FlowTest : testing::Test, test::MainThread {};
 
 TEST_F(FlowTest, HopsToAStrandAndBackToTheMainThread) {
   IoPool pool;
