@@ -1,9 +1,9 @@
 // What the tests of the HTTP client share: a main loop that turns, a pool, and awaited answers.
 #pragma once
-#include "ScriptedServer.h"
 #include "base/IoPool.h"
 #include "net/HttpClient.h"
 #include "support/MainThread.h"
+#include "support/ScriptedServer.h"
 #include <QCoreApplication>
 #include <gtest/gtest.h>
 

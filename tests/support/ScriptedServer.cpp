@@ -1,4 +1,4 @@
-#include "ScriptedServer.h"
+#include "support/ScriptedServer.h"
 #include <asio/read_until.hpp>
 #include <asio/write.hpp>
 
