@@ -2,10 +2,15 @@
 #pragma once
 #include <QString>
 #include <QStringList>
+#include <QtGlobal>
 
 namespace vellum::addresses {
 
-inline QString catalogBase() { return QStringLiteral("https://archive.org"); }
+// Without a "/" at its end. Tests and the demonstration put another catalog in its place.
+inline QString catalogBase() {
+  const QString other = qEnvironmentVariable("VELLUM_CATALOG");
+  return other.isEmpty() ? QStringLiteral("https://archive.org") : other;
+}
 inline QString apiBayBase() { return QStringLiteral("https://apibay.org"); }
 
 // Public UDP trackers, always named in this order.

@@ -6,11 +6,13 @@
 #include <asio/cancellation_signal.hpp>
 #include <asio/co_spawn.hpp>
 #include <asio/dispatch.hpp>
+#include <asio/error.hpp>
 #include <asio/io_context.hpp>
 #include <asio/packaged_task.hpp>
 #include <asio/post.hpp>
 #include <asio/steady_timer.hpp>
 #include <asio/strand.hpp>
+#include <asio/thread_pool.hpp>
 #include <asio/use_awaitable.hpp>
 #include <atomic>
 #include <exception>
@@ -27,6 +29,7 @@ namespace vellum {
 template <class T = void>
 using Flow = asio::awaitable<T>;
 using Strand = asio::strand<asio::io_context::executor_type>;
+using WorkerStrand = asio::strand<asio::thread_pool::executor_type>;
 
 // The owner of running coroutines on one executor. spawn() and cancelAll() are called on that
 // executor only. A coroutine that ends by an exception ends quietly: who must tell of a failure
@@ -108,6 +111,43 @@ auto asyncOn(Executor executor, F f) -> Flow<std::invoke_result_t<F&>> {
     co_await asio::async_initiate<const asio::use_awaitable_t<>&, void()>(
         [hop](auto handler) { hop->wait(std::move(handler)); }, asio::use_awaitable);
   co_return hop->take();
+}
+
+// Runs a flow on `executor`, one that runs one thing at a time (a strand, or main); the awaiting
+// coroutine goes on where it was with the flow's result or exception. When the awaiting coroutine
+// is cancelled, the flow is, and its end is still waited for.
+template <class Executor, class T>
+Flow<T> flowOn(Executor executor, Flow<T> flow) {
+  auto initiate = [&](auto handler) {
+    // Emitted and connected on `executor` alone.
+    const auto stop = std::make_shared<asio::cancellation_signal>();
+    const auto slot = asio::get_associated_cancellation_slot(handler);
+    if (slot.is_connected())
+      asio::cancellation_slot(slot).assign(
+          [executor, late = std::weak_ptr(stop)](asio::cancellation_type type) {
+            asio::post(executor, [late, type] {
+              if (const auto held = late.lock()) held->emit(type);
+            });
+          });
+    auto finished = [stop, handler = std::move(handler)](const std::exception_ptr& error,
+                                                         T result) mutable {
+      const auto back = asio::get_associated_executor(handler);
+      asio::post(back, [handler = std::move(handler), error, result = std::move(result)]() mutable {
+        std::move(handler)(error, std::move(result));
+      });
+    };
+    asio::co_spawn(executor, std::move(flow),
+                   asio::bind_cancellation_slot(stop->slot(), std::move(finished)));
+  };
+  co_return co_await asio::async_initiate<const asio::use_awaitable_t<>&,
+                                          void(std::exception_ptr, T)>(initiate,
+                                                                       asio::use_awaitable);
+}
+
+// Whether an exception says that the coroutine was cancelled.
+inline bool isCancellation(const std::exception& error) {
+  const auto* system = dynamic_cast<const asio::system_error*>(&error);
+  return system != nullptr && system->code() == asio::error::operation_aborted;
 }
 
 // Waits on the coroutine's own executor; throws asio::system_error when cancelled.

@@ -2,7 +2,6 @@
 #pragma once
 #include "base/Flow.h"
 #include <asio/executor_work_guard.hpp>
-#include <asio/thread_pool.hpp>
 #include <atomic>
 #include <thread>
 #include <vector>
@@ -25,6 +24,7 @@ public:
   asio::io_context& io() { return m_io; }
   Strand makeStrand() { return asio::make_strand(m_io); }
   asio::thread_pool::executor_type workers() { return m_workers.get_executor(); }
+  WorkerStrand makeWorkerStrand() { return asio::make_strand(m_workers); }
 
 private:
   asio::io_context m_io;

@@ -1,4 +1,5 @@
 #include "base/Text.h"
+#include <algorithm>
 #include <array>
 
 namespace vellum {
@@ -44,6 +45,17 @@ QString printable(QString text) {
     if (isControl) c = QChar::ReplacementCharacter;
   }
   return text;
+}
+
+std::optional<qint64> parseInt64(QStringView text) {
+  const bool hasSign = text.startsWith(u'+') || text.startsWith(u'-');
+  const QStringView digits = hasSign ? text.sliced(1) : text;
+  const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
+  if (digits.isEmpty() || !std::all_of(digits.begin(), digits.end(), isDigit)) return std::nullopt;
+  bool fits = false;
+  const qint64 value = text.toLongLong(&fits);
+  if (!fits) return std::nullopt;
+  return value;
 }
 
 } // namespace vellum

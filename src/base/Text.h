@@ -1,7 +1,8 @@
-// Numbers as the user reads them. Pure.
+// Numbers and times as the user reads them, and texts from outside. Pure.
 #pragma once
 #include <QString>
 #include <cstdint>
+#include <optional>
 
 namespace vellum {
 
@@ -12,5 +13,8 @@ QString formatByteCount(std::int64_t bytes);
 // The text on one line and without control characters: a name from outside must neither forge a
 // line of ours nor speak to the terminal.
 QString printable(QString text);
+
+// Decimal digits with an optional sign, and nothing else; absent if they do not fit 64 bits.
+std::optional<qint64> parseInt64(QStringView text);
 
 } // namespace vellum

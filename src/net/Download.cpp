@@ -4,6 +4,36 @@
 
 namespace vellum {
 
+namespace {
+
+NetError::Reason reasonOf(QNetworkReply::NetworkError error) {
+  using Reason = NetError::Reason;
+  switch (error) {
+  case QNetworkReply::HostNotFoundError: return Reason::HostNotFound;
+  case QNetworkReply::ConnectionRefusedError: return Reason::CannotConnect;
+  case QNetworkReply::TimeoutError: return Reason::TimedOut;
+  case QNetworkReply::SslHandshakeFailedError: return Reason::Tls;
+  case QNetworkReply::TemporaryNetworkFailureError:
+  case QNetworkReply::NetworkSessionFailedError: return Reason::NoConnection;
+  default: return Reason::Other;
+  }
+}
+
+// Qt calls some whole answers an error, for their status alone.
+bool isOnlyAboutStatus(QNetworkReply::NetworkError error, int status) {
+  const bool isContent =
+      error >= QNetworkReply::ContentAccessDenied && error <= QNetworkReply::UnknownContentError;
+  return status >= 400 && (isContent || error >= QNetworkReply::InternalServerError);
+}
+
+std::optional<NetError> errorOf(const QNetworkReply& reply, int status) {
+  const auto error = reply.error();
+  if (error == QNetworkReply::NoError || isOnlyAboutStatus(error, status)) return std::nullopt;
+  return NetError::platform(reasonOf(error), reply.errorString());
+}
+
+} // namespace
+
 Download::Download(QNetworkReply& reply, std::chrono::milliseconds timeout, std::int64_t maxBytes,
                    Finished finished)
     : QObject(&reply), m_reply(reply), m_maxBytes(maxBytes), m_finished(std::move(finished)) {
@@ -24,24 +54,25 @@ void Download::take() {
 void Download::finish() {
   // An aborted reply is closed, and what it held is gone.
   if (m_reply.isOpen()) take();
-  // Qt calls some answers an error and others not; the status alone decides.
-  const int status = m_reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-  if (status != 0 && (status < 200 || status > 299))
-    end(NetError::http(status));
-  else if (m_reply.error() != QNetworkReply::NoError)
-    end(NetError::platform(m_reply.errorString()));
-  else
-    end(std::nullopt);
+  end(errorOf(m_reply, status()));
+}
+
+int Download::status() const {
+  return m_reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
 }
 
 void Download::end(std::optional<NetError> error) {
   if (!m_finished) return;
   const Finished finished = std::exchange(m_finished, nullptr);
+  Outcome outcome{{{}, {}, status()}, std::move(error)};
+  if (!outcome.error) outcome.response.body = std::move(m_body);
+  if (m_reply.hasRawHeader("Content-Type"))
+    outcome.response.contentType = QString::fromLatin1(m_reply.rawHeader("Content-Type"));
   m_timer.stop();
   m_reply.disconnect(this);
   m_reply.abort();
   m_reply.deleteLater();
-  finished({error ? QByteArray() : std::move(m_body), std::move(error)});
+  finished(std::move(outcome));
 }
 
 } // namespace vellum

@@ -1,6 +1,7 @@
 // One answer on its way into memory: its total time-out, its size limit and its end.
 #pragma once
 #include "net/NetError.h"
+#include "net/Transport.h"
 #include <QObject>
 #include <QTimer>
 #include <chrono>
@@ -16,8 +17,8 @@ namespace vellum {
 class Download final : public QObject {
 public:
   struct Outcome {
-    QByteArray body;
-    std::optional<NetError> error; // of a body that is not good
+    HttpResponse response;
+    std::optional<NetError> error; // when there is no whole answer
   };
   // Called once, on the main thread; not at all if the reply is destroyed before its end.
   using Finished = std::function<void(Outcome)>;
@@ -32,6 +33,7 @@ public:
 private:
   void take();
   void finish();
+  int status() const;
   void end(std::optional<NetError> error);
 
   QNetworkReply& m_reply;

@@ -96,8 +96,8 @@ struct HttpClient::Waiting {
   QPointer<Download> download;
 };
 
-Flow<QByteArray> HttpClient::fetch(MainLoop& main, std::weak_ptr<Requests> requests, QUrl url,
-                                   std::chrono::milliseconds timeout, std::int64_t maxBytes) {
+Flow<HttpResponse> HttpClient::request(MainLoop& main, std::weak_ptr<Requests> requests, QUrl url,
+                                       std::chrono::milliseconds timeout, std::int64_t maxBytes) {
   if (!isFetchable(url)) throw NetError::badURL();
   auto initiate = [&](auto handler) {
     const auto slot = asio::get_associated_cancellation_slot(handler);
@@ -125,7 +125,15 @@ Flow<QByteArray> HttpClient::fetch(MainLoop& main, std::weak_ptr<Requests> reque
                                     void(asio::error_code, Download::Outcome)>(initiate,
                                                                                asio::use_awaitable);
   if (outcome.error) throw NetError(*outcome.error);
-  co_return std::move(outcome.body);
+  co_return std::move(outcome.response);
+}
+
+Flow<QByteArray> HttpClient::fetch(MainLoop& main, std::weak_ptr<Requests> requests, QUrl url,
+                                   std::chrono::milliseconds timeout, std::int64_t maxBytes) {
+  HttpResponse response =
+      co_await request(main, std::move(requests), std::move(url), timeout, maxBytes);
+  if (response.status < 200 || response.status > 299) throw NetError::http(response.status);
+  co_return std::move(response.body);
 }
 
 HttpClient::HttpClient(MainLoop& main) : m_main(main), m_requests(std::make_shared<Requests>()) {}
@@ -141,6 +149,12 @@ FetchData HttpClient::fetcher(std::int64_t maxBytes) {
   return [&main = m_main, requests = std::weak_ptr(m_requests),
           maxBytes](QUrl url, std::chrono::milliseconds timeout) {
     return fetch(main, requests, std::move(url), timeout, maxBytes);
+  };
+}
+
+Transport HttpClient::transport() {
+  return [&main = m_main, requests = std::weak_ptr(m_requests)](QUrl url) {
+    return request(main, requests, std::move(url), kTransportTimeout, kLargestBody);
   };
 }
 

@@ -1,21 +1,23 @@
-// Plain downloads over HTTP, and the shared disk cache under them.
+// Requests over HTTP, and the shared disk cache under them.
 #pragma once
 #include "base/Bytes.h"
 #include "base/MainLoop.h"
 #include "net/FetchData.h"
 #include "net/NetError.h"
+#include "net/Transport.h"
 #include <QString>
 #include <memory>
 
 namespace vellum {
 
-// Lives on the main thread; fetchData() may be awaited on any executor. The network stack is only
+// Lives on the main thread; what it gives may be awaited on any executor. The network stack is only
 // built at the first fetch: most starts need none. Qt caches on disk alone, so the cache has no
 // part in memory.
 class HttpClient {
 public:
   static constexpr std::int64_t kDiskCacheSize = 300 * kMiB;
   static constexpr std::int64_t kLargestBody = 32 * kMiB;
+  static constexpr std::chrono::seconds kTransportTimeout{10};
 
   // The loop outlives the client and every fetch.
   explicit HttpClient(MainLoop& main);
@@ -31,6 +33,9 @@ public:
                              std::int64_t maxBytes = kLargestBody);
   // The same, to be handed on; it may outlive the client.
   FetchData fetcher(std::int64_t maxBytes = kLargestBody);
+  // Requests to providers: the answer whatever its status, within kTransportTimeout and of no more
+  // than kLargestBody. It may outlive the client.
+  Transport transport();
 
   // Main thread: where answers are kept from now on. Until the first call nowhere.
   void setCacheDirectory(const QString& directory);
@@ -41,6 +46,8 @@ private:
   class Requests;
   template <class Handler>
   struct Waiting;
+  static Flow<HttpResponse> request(MainLoop& main, std::weak_ptr<Requests> requests, QUrl url,
+                                    std::chrono::milliseconds timeout, std::int64_t maxBytes);
   static Flow<QByteArray> fetch(MainLoop& main, std::weak_ptr<Requests> requests, QUrl url,
                                 std::chrono::milliseconds timeout, std::int64_t maxBytes);
 

@@ -7,11 +7,11 @@ namespace {
 QString tr(const char* text) { return QCoreApplication::translate("NetError", text); }
 } // namespace
 
-NetError NetError::http(int status) { return NetError(tr("HTTP %1").arg(status), status); }
-NetError NetError::badURL() { return NetError(tr("Invalid URL")); }
-NetError NetError::empty() { return NetError(tr("Empty response")); }
-NetError NetError::tooLarge() { return NetError(tr("The answer is too large")); }
-NetError NetError::timedOut() { return NetError(tr("The request timed out")); }
-NetError NetError::platform(QString text) { return NetError(std::move(text)); }
+NetError NetError::http(int status) { return {Reason::Http, tr("HTTP %1").arg(status), status}; }
+NetError NetError::badURL() { return {Reason::BadUrl, tr("Invalid URL")}; }
+NetError NetError::empty() { return {Reason::Empty, tr("Empty response")}; }
+NetError NetError::tooLarge() { return {Reason::TooLarge, tr("The answer is too large")}; }
+NetError NetError::timedOut() { return {Reason::TimedOut, tr("The request timed out")}; }
+NetError NetError::platform(Reason reason, QString text) { return {reason, std::move(text)}; }
 
 } // namespace vellum

@@ -1,32 +1,42 @@
-// Why a plain download failed, with the sentence that the user reads.
+// Why a request over HTTP failed, with the sentence that the user reads.
 #pragma once
-#include <QByteArray>
-#include <QString>
-#include <exception>
+#include "base/DescribedError.h"
 
 namespace vellum {
 
-// A value; any thread.
-class NetError : public std::exception {
+// A value; any thread. The first three are ours, the others tell what the network did.
+class NetError final : public DescribedError {
 public:
-  static NetError http(int status);       // "HTTP 500"
-  static NetError badURL();               // "Invalid URL"
-  static NetError empty();                // "Empty response"
-  static NetError tooLarge();             // a body that nobody should have to hold
-  static NetError timedOut();             // no whole answer within the time given
-  static NetError platform(QString text); // the platform's own wording
+  enum class Reason {
+    Http,
+    BadUrl,
+    Empty, // also: not of the shape that was expected
+    TooLarge,
+    HostNotFound,
+    CannotConnect,
+    TimedOut,
+    Tls,
+    PlainHttpBlocked, // by a policy of the system; only some systems have one
+    NoConnection,
+    Other
+  };
 
-  const QString& errorDescription() const { return m_text; }
+  static NetError http(int status);                      // "HTTP 500"
+  static NetError badURL();                              // "Invalid URL"
+  static NetError empty();                               // "Empty response"
+  static NetError tooLarge();                            // a body that nobody should have to hold
+  static NetError timedOut();                            // no whole answer within the time given
+  static NetError platform(Reason reason, QString text); // in the platform's own wording
+
+  Reason reason() const { return m_reason; }
   // The status of an answer outside 200 to 299, else 0.
   int status() const { return m_status; }
-  const char* what() const noexcept override { return m_utf8.constData(); }
 
 private:
-  explicit NetError(QString text, int status = 0)
-      : m_text(std::move(text)), m_utf8(m_text.toUtf8()), m_status(status) {}
+  NetError(Reason reason, QString text, int status = 0)
+      : DescribedError(std::move(text)), m_reason(reason), m_status(status) {}
 
-  QString m_text;
-  QByteArray m_utf8;
+  Reason m_reason;
   int m_status;
 };
 
