@@ -1,0 +1,24 @@
+// One row of the watch history. Plain value; any thread.
+#pragma once
+#include <QString>
+#include <optional>
+#include <vector>
+
+namespace vellum {
+
+struct HistoryEntry {
+  QString key;    // itemID, "|", and the file's name or path: what makes two rows the same
+  QString itemID; // a torrent's info hash, or a catalog item's id
+  QString title;
+  QString source;                   // a magnet link, a file path, or an address
+  bool isLocal = false;             // source is a file path
+  std::optional<QString> thumbnail; // an address
+  double position = 0;              // seconds
+  double duration = 0;              // seconds, 0 while unknown
+  double lastPlayed = 0;            // seconds since 2001-01-01 00:00:00 UTC
+  bool operator==(const HistoryEntry&) const = default;
+};
+
+using HistoryEntries = std::vector<HistoryEntry>; // newest first
+
+} // namespace vellum
