@@ -1,0 +1,43 @@
+// The XML of Torznab indexers, read event by event. Pure; one object for each document.
+#pragma once
+#include "base/DescribedError.h"
+#include "models/TorrentResult.h"
+#include <QHash>
+#include <QXmlStreamAttributes>
+
+namespace vellum {
+
+// What the indexer itself complains about, in its own words.
+class IndexerError final : public DescribedError {
+public:
+  IndexerError(int code, QString text) : DescribedError(std::move(text)), m_code(code) {}
+  int code() const { return m_code; }
+
+private:
+  int m_code;
+};
+
+class TorznabParser {
+public:
+  explicit TorznabParser(QString source) : m_source(std::move(source)) {}
+
+  // Element names as the document writes them, prefix included.
+  void startElement(QStringView name, const QXmlStreamAttributes& attributes);
+  void characters(QStringView text) { m_text += text; }
+  void endElement(QStringView name);
+
+  const std::optional<IndexerError>& apiError() const { return m_apiError; }
+  TorrentResults takeResults() { return std::move(m_results); }
+
+private:
+  using Row = QHash<QString, QString>;
+  static std::optional<TorrentResult> result(const Row& row, const QString& source);
+
+  QString m_source;
+  TorrentResults m_results; // in document order
+  std::optional<IndexerError> m_apiError;
+  std::optional<Row> m_row; // nothing outside an item
+  QString m_text;           // of the current element
+};
+
+} // namespace vellum

@@ -1,0 +1,53 @@
+#include "providers/TorznabProvider.h"
+#include "providers/TorznabParser.h"
+#include "providers/XmlText.h"
+#include <QCoreApplication>
+#include <QXmlStreamReader>
+
+namespace vellum {
+
+namespace {
+
+QString tr(const char* text) { return QCoreApplication::translate("Torznab", text); }
+
+// What is wrong with the document, if anything.
+std::optional<XmlError> read(const QString& xml, TorznabParser& parser) {
+  QXmlStreamReader reader(xml);
+  reader.setNamespaceProcessing(false);
+  int depth = 0;
+  while (!reader.atEnd()) {
+    switch (reader.readNext()) {
+    case QXmlStreamReader::DTD: return XmlError(tr("The document has a DTD, which is not read"));
+    case QXmlStreamReader::StartElement:
+      if (++depth > TorznabProvider::kMaxDepth)
+        return XmlError(tr("The document is nested too deeply"));
+      parser.startElement(reader.qualifiedName(), reader.attributes());
+      break;
+    case QXmlStreamReader::Characters: parser.characters(reader.text()); break;
+    case QXmlStreamReader::EndElement:
+      --depth;
+      parser.endElement(reader.qualifiedName());
+      break;
+    default: break;
+    }
+  }
+  if (!reader.hasError()) return std::nullopt;
+  return XmlError(reader.errorString());
+}
+
+} // namespace
+
+TorrentResults TorznabProvider::parse(const QByteArray& bytes, const QString& source) {
+  const auto xml = decodedXml(bytes);
+  if (!xml) throw XmlError(tr("The document is not in a known encoding"));
+  // The reader compares every attribute of an element with every other.
+  if (mostAttributes(*xml) > kMaxAttributes)
+    throw XmlError(tr("The document has an element with too many attributes"));
+  TorznabParser parser(source);
+  const auto error = read(*xml, parser);
+  if (parser.apiError()) throw IndexerError(*parser.apiError());
+  if (error) throw XmlError(*error);
+  return parser.takeResults();
+}
+
+} // namespace vellum
