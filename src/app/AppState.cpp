@@ -2,6 +2,20 @@
 
 namespace vellum {
 
+namespace {
+
+// Holds the provider for as long as the search runs.
+Flow<MediaItems> searchOf(std::shared_ptr<const ArchiveOrgProvider> provider, CatalogQuery query) {
+  co_return co_await provider->search(std::move(query));
+}
+
+CatalogState::Search catalogSearch(Runtime& runtime) {
+  const auto provider = std::make_shared<const ArchiveOrgProvider>(runtime.http.fetcher());
+  return [provider](CatalogQuery query) { return searchOf(provider, std::move(query)); };
+}
+
+} // namespace
+
 // Answers the engine's questions from settings, cache and stream server.
 class AppState::EngineSurroundings final : public TorrentEngine::Surroundings {
 public:
@@ -32,7 +46,11 @@ private:
 };
 
 AppState::AppState(Runtime& runtime, const Options& options)
-    : settings(runtime.preferences), cache(settings, runtime.main, runtime.pool, runtime.http),
+    : settings(runtime.preferences), aggregator(runtime.main, runtime.pool),
+      catalog(runtime.main, runtime.pool, catalogSearch(runtime)),
+      cache(settings, runtime.main, runtime.pool, runtime.http),
+      registry(settings, runtime.preferences, runtime.http.transport(),
+               ArchiveOrgProvider(runtime.http.fetcher())),
       m_surroundings(std::make_unique<EngineSurroundings>(runtime, settings, cache, options)),
       engine(runtime.sessionEnvironment(options.defaultTrackers), *m_surroundings) {}
 

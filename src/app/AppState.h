@@ -1,8 +1,11 @@
 // The composition root: makes every service once, in a binding order, and holds them for the life
 // of the process. No service has a reference to it.
 #pragma once
+#include "app/CatalogState.h"
 #include "app/Runtime.h"
 #include "engine/TorrentEngine.h"
+#include "providers/ProviderRegistry.h"
+#include "providers/SearchAggregator.h"
 #include "storage/CacheManager.h"
 #include "storage/SettingsStore.h"
 
@@ -29,7 +32,10 @@ private:
 public:
   // Later ones take earlier ones: the order is that of construction.
   SettingsStore settings;
+  SearchAggregator aggregator;
+  CatalogState catalog;
   CacheManager cache;
+  ProviderRegistry registry;
 
 private:
   std::unique_ptr<EngineSurroundings> m_surroundings;

@@ -19,9 +19,9 @@ struct Runtime {
   SystemClock clock;
   SystemRandom random;
   MainLoop main;
+  PreferenceStore preferences; // searches that end late on the pool still write to it
   IoPool pool;
   HttpClient http{main};
-  PreferenceStore preferences;
   LocalStreamServer server{pool};
 
   // For sessions: `trackers` are those that every torrent gets besides its own.

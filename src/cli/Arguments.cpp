@@ -37,6 +37,9 @@ private:
     } else if (name == QLatin1String("--stream")) {
       m_out.mode = Arguments::Mode::Stream;
       m_out.source = value(name);
+    } else if (name == QLatin1String("--search")) {
+      m_out.mode = Arguments::Mode::Search;
+      m_out.words = words(name);
     } else if (name == QLatin1String("--file")) {
       file(value(name));
     } else if (name == QLatin1String("--dir")) {
@@ -53,6 +56,13 @@ private:
       return {};
     }
     return m_rest.takeFirst();
+  }
+  // All that follows, so that nobody has to quote what is looked for.
+  QString words(const QString& option) {
+    const QString all = m_rest.join(u' ').trimmed();
+    m_rest.clear();
+    if (all.isEmpty()) m_out.error = tr("%1 needs a value (see vellum --help).").arg(option);
+    return all;
   }
   void file(const QString& text) {
     if (!m_out.error.isEmpty()) return;
@@ -90,6 +100,9 @@ QString helpText() {
       "      --file N   play file number N of the torrent\n"
       "      --dir DIR  keep the arriving file below DIR instead of the cache\n"
       "      --keep     do not remove it at the end\n"
+      "  vellum --search WORDS\n"
+      "      Asks the providers that are switched on, and prints what each of them said and the\n"
+      "      merged results. Ends with 0 if any provider answered.\n"
       "  vellum --selftest   run the program's own checks\n"
       "  vellum --version    print the version\n"
       "  vellum --help       print this text\n");

@@ -6,9 +6,10 @@
 namespace vellum {
 
 struct Arguments {
-  enum class Mode { Window, SelfTest, Stream, Help, Version, Wrong };
+  enum class Mode { Window, SelfTest, Stream, Search, Help, Version, Wrong };
   Mode mode = Mode::Window;
   QString error; // one sentence, when the mode is Wrong
+  QString words; // Search
   // Stream:
   QString source;
   std::optional<int> file;

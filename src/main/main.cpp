@@ -2,6 +2,7 @@
 #include "app/Runtime.h"
 #include "base/Addresses.h"
 #include "cli/Arguments.h"
+#include "cli/SearchMode.h"
 #include "cli/StreamMode.h"
 #include "platform/ProcessLimits.h"
 #include "selftest/SelfTests.h"
@@ -47,5 +48,6 @@ int main(int argc, char** argv) {
 
   Runtime runtime;
   if (arguments.mode == Arguments::Mode::SelfTest) return runSelfTests(runtime);
+  if (arguments.mode == Arguments::Mode::Search) return runSearchMode(runtime, arguments.words);
   return runStreamMode(runtime, arguments, defaultTrackers(), processStart);
 }
