@@ -152,9 +152,9 @@ FetchData HttpClient::fetcher(std::int64_t maxBytes) {
   };
 }
 
-Transport HttpClient::transport() {
-  return [&main = m_main, requests = std::weak_ptr(m_requests)](QUrl url) {
-    return request(main, requests, std::move(url), kTransportTimeout, kLargestBody);
+Transport HttpClient::transport(std::chrono::milliseconds timeout) {
+  return [&main = m_main, requests = std::weak_ptr(m_requests), timeout](QUrl url) {
+    return request(main, requests, std::move(url), timeout, kLargestBody);
   };
 }
 

@@ -33,9 +33,9 @@ public:
                              std::int64_t maxBytes = kLargestBody);
   // The same, to be handed on; it may outlive the client.
   FetchData fetcher(std::int64_t maxBytes = kLargestBody);
-  // Requests to providers: the answer whatever its status, within kTransportTimeout and of no more
-  // than kLargestBody. It may outlive the client.
-  Transport transport();
+  // Requests to providers: the answer whatever its status, of no more than kLargestBody. It may
+  // outlive the client.
+  Transport transport(std::chrono::milliseconds timeout = kTransportTimeout);
 
   // Main thread: where answers are kept from now on. Until the first call nowhere.
   void setCacheDirectory(const QString& directory);

@@ -29,12 +29,12 @@ std::optional<QUrl> ProviderURL::build(const QString& base, const QString& path,
   if (!path.isEmpty()) {
     QString whole = url->path(QUrl::FullyEncoded);
     if (whole.endsWith(u'/')) whole.chop(1);
-    url->setPath(whole + path);
+    url->setPath(whole + path, QUrl::StrictMode);
   }
   QStringList query;
   if (const QString own = url->query(QUrl::FullyEncoded); !own.isEmpty()) query.append(own);
   for (const auto& [name, value] : items) query.append(encoded(name) + u'=' + encoded(value));
-  if (!query.isEmpty()) url->setQuery(query.join(u'&'));
+  if (!query.isEmpty()) url->setQuery(query.join(u'&'), QUrl::StrictMode);
   if (!url->isValid()) return std::nullopt;
   return url;
 }

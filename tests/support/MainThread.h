@@ -2,6 +2,7 @@
 #pragma once
 #include "base/MainLoop.h"
 #include <QCoreApplication>
+#include <chrono>
 
 namespace vellum::test {
 
@@ -12,6 +13,15 @@ struct MainThread {
   char* argv[2] = {name, nullptr};
   QCoreApplication app{argc, argv};
   MainLoop main;
+
+  // Turns the main loop; false if the condition does not come true in time.
+  template <class Condition>
+  static bool turnUntil(Condition holds, std::chrono::seconds limit = std::chrono::seconds(30)) {
+    const auto deadline = std::chrono::steady_clock::now() + limit;
+    while (!holds() && std::chrono::steady_clock::now() < deadline)
+      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 5);
+    return holds();
+  }
 };
 
 } // namespace vellum::test

@@ -30,14 +30,6 @@ struct SessionWorld : testing::Test, test::MainThread {
                                             directory, knowsMeta ? meta : nullptr);
   }
 
-  // Turns the main loop; false if the condition does not come true in time.
-  template <class Condition>
-  static bool turnUntil(Condition holds, std::chrono::seconds limit = 30s) {
-    const auto deadline = std::chrono::steady_clock::now() + limit;
-    while (!holds() && std::chrono::steady_clock::now() < deadline)
-      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 5);
-    return holds();
-  }
   template <class F>
   static double secondsFor(F f) {
     const auto start = std::chrono::steady_clock::now();

@@ -4,7 +4,6 @@
 #include "net/HttpClient.h"
 #include "support/MainThread.h"
 #include "support/ScriptedServer.h"
-#include <QCoreApplication>
 #include <gtest/gtest.h>
 
 namespace vellum::test {
@@ -43,15 +42,6 @@ struct NetTest : testing::Test, test::MainThread {
 
   void start(Flow<QByteArray> fetch, std::promise<Ending>& promise) {
     syncOn(strand, [&] { flows.spawn(await(std::move(fetch), strand, promise)); });
-  }
-
-  // False after ten seconds.
-  template <class Condition>
-  static bool turnUntil(Condition holds) {
-    const auto deadline = std::chrono::steady_clock::now() + 10s;
-    while (!holds() && std::chrono::steady_clock::now() < deadline)
-      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 5);
-    return holds();
   }
 
   static Ending ending(std::promise<Ending>& promise) {

@@ -11,11 +11,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-void turnUntil(const bool& done) {
-  const auto deadline = std::chrono::steady_clock::now() + 20s;
-  while (!done && std::chrono::steady_clock::now() < deadline) QCoreApplication::processEvents();
-}
-
 struct FlowTest : testing::Test, test::MainThread {};
 
 TEST_F(FlowTest, HopsToAStrandAndBackToTheMainThread) {
@@ -32,9 +27,37 @@ TEST_F(FlowTest, HopsToAStrandAndBackToTheMainThread) {
     }
     end = true;
   }(main, strand, counter, stayedOnMain, done));
-  turnUntil(done);
+  turnUntil([&] { return done; });
   EXPECT_TRUE(stayedOnMain);
   EXPECT_EQ(syncOn(strand, [&] { return counter; }), 100);
+}
+
+TEST_F(FlowTest, AFlowOnAStrandGivesItsResultItsErrorOrItsCancellation) {
+  enum class Way { Result, Error, Cancelled };
+  for (const Way way : {Way::Result, Way::Error, Way::Cancelled}) {
+    IoPool pool;
+    FlowGroup flows(main.executor());
+    std::atomic<bool> isThere = false;
+    std::string said;
+    const auto there = [](Way how, std::atomic<bool>& begun,
+                          const MainLoop& loop) -> Flow<std::string> {
+      begun = !loop.isCurrentThread();
+      if (how == Way::Error) throw std::runtime_error("error");
+      if (how == Way::Cancelled) co_await sleepFor(1h);
+      co_return "result";
+    };
+    flows.spawn([](Flow<std::string> flow, WorkerStrand strand, std::string& out) -> Flow<> {
+      try {
+        out = co_await flowOn(strand, std::move(flow));
+      } catch (const std::exception& error) {
+        out = isCancellation(error) ? "cancelled" : error.what();
+      }
+    }(there(way, isThere, main), pool.makeWorkerStrand(), said));
+    turnUntil([&] { return isThere.load(); });
+    if (way == Way::Cancelled) flows.cancelAll();
+    turnUntil([&] { return !said.empty(); });
+    EXPECT_EQ(said, way == Way::Result ? "result" : way == Way::Error ? "error" : "cancelled");
+  }
 }
 
 TEST_F(FlowTest, AGroupCancelsWhatSleepsAndThePoolThenEndsAtOnce) {
@@ -68,7 +91,7 @@ TEST_F(FlowTest, LiteralAddressesAreNotLookedUp) {
         out.push_back(address.to_string());
     end = true;
   }(found, done));
-  turnUntil(done);
+  turnUntil([&] { return done; });
   EXPECT_EQ(found, (std::vector<std::string>{"127.0.0.1", "::1", "::1"}));
 }
 

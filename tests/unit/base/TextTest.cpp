@@ -1,5 +1,7 @@
 #include "base/Text.h"
 #include "base/Bytes.h"
+#include "base/Fmt.h"
+#include <cmath>
 #include <gtest/gtest.h>
 
 namespace vellum {
@@ -27,6 +29,30 @@ TEST(Text, ByteCountsReadAsInAFileManager) {
 TEST(Text, NamesFromOutsideNeitherForgeLinesNorSpeakToTheTerminal) {
   EXPECT_EQ(printable(QString::fromUtf8("a\nURL b\r\t\x1b[31m\xC2\x9B\x7F \xE2\x80\xA8é")),
             QString::fromUtf8("a�URL b���[31m�� �é"));
+}
+
+TEST(Fmt, TimesReadAsOnAPlayer) {
+  const std::pair<double, const char*> cases[] = {
+      {-1, "0:00"}, {NAN, "0:00"},      {INFINITY, "0:00"}, {0.9, "0:00"},        {59.9, "0:59"},
+      {60, "1:00"}, {3599.99, "59:59"}, {3600, "1:00:00"},  {36'061, "10:01:01"}, {1e300, "0:00"}};
+  for (const auto& [seconds, text] : cases)
+    EXPECT_EQ(Fmt::time(seconds), QLatin1String(text)) << seconds;
+}
+
+TEST(Fmt, MarkupBecomesPlainText) {
+  const std::pair<const char*, const char*> cases[] = {{"<p>A&amp;B</p>", "A&B"},
+                                                       {"a<br>b<br />c<br\n/>d", "a\nb\nc\nd"},
+                                                       {"a<BR>b", "ab"},
+                                                       {"&amp;lt; &amp;quot;", "&lt; \""},
+                                                       {"&#39;x&#39;&nbsp;&gt;", "'x' &gt;"},
+                                                       {"1 <> 2 < 3", "1 <> 2 < 3"},
+                                                       {"<<b>a", "a"},
+                                                       {"x<unclosed", "x<unclosed"}};
+  for (const auto& [html, text] : cases)
+    EXPECT_EQ(Fmt::stripHTML(QString::fromUtf8(html)), QString::fromUtf8(text)) << html;
+  EXPECT_FALSE(Fmt::stripHTML(QStringLiteral(" <p> </p>\n")));
+  EXPECT_FALSE(Fmt::stripHTML(std::nullopt));
+  EXPECT_EQ(Fmt::stripHTML(QString(1 << 20, u'<'))->size(), 1 << 20); // in no time at all
 }
 
 TEST(Bytes, AnInfoHashIsExactlyFortyHexadecimalDigits) {

@@ -1,0 +1,112 @@
+#include "models/MediaItem.h"
+#include "models/QualityPicker.h"
+#include <gtest/gtest.h>
+
+namespace vellum {
+namespace {
+
+TorrentResult titled(const QString& title, std::optional<qint64> seeders = 1) {
+  TorrentResult result;
+  result.title = title;
+  result.seeders = seeders;
+  return result;
+}
+
+TEST(TorrentResult, ReadsQualityAndFormatFromTheTitle) {
+  struct Case {
+    const char* title;
+    const char* quality;
+    const char* format;
+  };
+  for (const auto& [title, quality, format] :
+       {Case{"A 720p 1080p MP4 mkv", "1080p", "mkv"}, Case{"B 4K WebM", "2160p", "webm"},
+        Case{"C x2160P", "2160p", "—"}, Case{"D.DVDRip.avi", "SD", "avi"},
+        Case{"E BRRip 480p", "480p", "—"}, Case{"F brrip", "HD", "—"}, Case{"", "—", "—"},
+        Case{"Removed", "—", "mov"}}) {
+    TorrentResult result = titled(QString::fromUtf8(title));
+    EXPECT_EQ(result.quality(), QString::fromUtf8(quality)) << title;
+    EXPECT_EQ(result.format(), QString::fromUtf8(format)) << title;
+  }
+  TorrentResult item = titled(QStringLiteral("Catalog item"));
+  item.archiveID = QStringLiteral("x");
+  EXPECT_EQ(item.format(), QStringLiteral("mp4"));
+  item.sources = {QStringLiteral("b"), QStringLiteral("a")};
+  EXPECT_EQ(item.sourceSort(), QStringLiteral("a, b"));
+  EXPECT_LT(titled({}, std::nullopt).seedersSort(), titled({}, 0).seedersSort());
+}
+
+TEST(QualityPicker, TakesTheNearestRungThenTheLowerThenTheMostSeeded) {
+  struct Case {
+    const char* preferred;
+    std::vector<const char*> offered; // "quality:seeders"
+    int expected;                     // index, -1 for nothing
+  };
+  for (const auto& [preferred, offered, expected] :
+       {Case{"1080p", {"720p", "1080p", "2160p"}, 1}, Case{"1080p", {"2160p", "720p"}, 1},
+        Case{"2160p", {"480p", "720p"}, 1}, Case{"480p", {"2160p", "1080p"}, 1},
+        Case{"1080p", {}, -1}, Case{"HD", {"1080p", "720p"}, 1}, Case{"4K", {"2160p", "720p"}, 0},
+        Case{"best", {"720p:1", "1080p:3", "480p:3"}, 1}, Case{"1080p", {"x:1", "y:2"}, 1},
+        Case{"720p", {"720p:1", "720p:5", "720p:5", "1080p:9"}, 1},
+        Case{"720p", {"x:9", "2160p:1"}, 1}, Case{"sd", {"dvdrip:1", "720p:9"}, 0}}) {
+    TorrentResults list;
+    for (const char* one : offered) {
+      const auto parts = QString::fromLatin1(one).split(u':');
+      list.push_back(titled(parts[0], parts.value(1, QStringLiteral("1")).toInt()));
+    }
+    const auto picked = QualityPicker::pick(QLatin1String(preferred), list);
+    ASSERT_EQ(picked.has_value(), expected >= 0) << preferred;
+    if (picked) EXPECT_EQ(*picked, list[std::size_t(expected)]) << preferred;
+  }
+}
+
+TEST(QualityPicker, FindsTheVariantsOfAFilm) {
+  TorrentResults list;
+  for (const char* title : {"F 1080p", "F x", "F 480p", "G 720p", "f 720p", "F y"}) {
+    list.push_back(titled(QLatin1String(title)));
+    list.back().baseTitle = QString(QLatin1Char(title[0]));
+  }
+  QStringList found;
+  for (const auto& variant : QualityPicker::variants(list[0], list)) found += variant.title;
+  EXPECT_EQ(found.join(u','), QStringLiteral("F x,F y,F 480p,F 1080p"));
+  const TorrentResult alone = titled(QStringLiteral("F 720p"));
+  EXPECT_EQ(QualityPicker::variants(alone, list), TorrentResults{alone});
+  EXPECT_EQ(QualityPicker::variants(list[3], {alone}), TorrentResults{list[3]});
+}
+
+TEST(ArchiveDetails, SortsFilesByWhatPlaysThem) {
+  ArchiveDetails details;
+  for (const char* name : {"a/film.MP4", "b.mkv", "c.d/none", "e.srt", "f.vtt", "g.torrent",
+                           "h.torrent", "mp4", "i.mov", "j.mpeg", "k.mp4.txt"})
+    details.files.push_back({QLatin1String(name), {}, {}, {}});
+  const auto names = [](const ArchiveFiles& files) {
+    QStringList list;
+    for (const ArchiveFile& file : files) list += file.name;
+    return list.join(u' ');
+  };
+  EXPECT_EQ(names(details.playable()), QStringLiteral("a/film.MP4 i.mov"));
+  EXPECT_EQ(names(details.otherVideos()), QStringLiteral("b.mkv j.mpeg"));
+  EXPECT_EQ(names(details.subtitles()), QStringLiteral("e.srt f.vtt"));
+  EXPECT_EQ(details.torrent()->name, QStringLiteral("g.torrent"));
+}
+
+TEST(MediaItem, HasAddressesOnTheCatalogAndAJsonForm) {
+  MediaItem item;
+  item.id = QStringLiteral("a b/ü;?#%41");
+  EXPECT_EQ(item.pageURL().toEncoded(), "https://archive.org/details/a%20b/%C3%BC%3B%3F%23%2541");
+  EXPECT_EQ(item.thumbnailURL().toEncoded(),
+            "https://archive.org/services/img/a%20b/%C3%BC%3B%3F%23%2541");
+  item.title = QStringLiteral("T");
+  item.downloads = 9'007'199'254'740'993; // beyond what a double can count
+  item.year = QString();
+  const QJsonObject object = item.toJson();
+  EXPECT_EQ(object.keys().join(u' '), QStringLiteral("downloads id subjects title year"));
+  EXPECT_EQ(MediaItem::fromJson(object), item);
+  for (const char* key : {"downloads", "id", "subjects", "title", "year"}) {
+    QJsonObject bad = object;
+    bad[QLatin1String(key)] = QJsonObject();
+    EXPECT_FALSE(MediaItem::fromJson(bad)) << key;
+  }
+}
+
+} // namespace
+} // namespace vellum

@@ -1,0 +1,131 @@
+#include "net/NetError.h"
+#include "providers/ArchiveOrgProvider.h"
+#include "support/RunFlow.h"
+#include <QJsonArray>
+#include <QJsonObject>
+#include <gtest/gtest.h>
+
+namespace vellum::test {
+namespace {
+
+using Catalog = ArchiveOrgProvider;
+
+QString text(const char* utf8) { return QString::fromUtf8(utf8); }
+
+TEST(ArchiveOrgProvider, BuildsQueriesThatNoUserCanBreakOutOf) {
+  const char* fixed = "mediatype:(movies) AND -access-restricted-item:true";
+  EXPECT_EQ(Catalog::buildQuery({}, {}), text(fixed));
+  EXPECT_EQ(Catalog::buildQuery(text("\"-:)(! *"), text("")), text(fixed));
+  EXPECT_EQ(Catalog::buildQuery(text("great train"), text("collection:(feature_films)")),
+            text("(title:(great AND train) OR description:(great AND train) OR subject:(great AND "
+                 "train)) AND ") +
+                text(fixed) + text(" AND collection:(feature_films)"));
+  EXPECT_EQ(Catalog::sanitize(text("a) OR (b:\"Größe\" 四½\xf0\x90\x90\x80 किताब cafe\xcc\x81 %1"))
+                .join(u'|'),
+            text("a|OR|b|Größe|四½\xf0\x90\x90\x80|किताब|cafe\xcc\x81|1"));
+}
+
+TEST(ArchiveOrgProvider, AsksExactly) {
+  QByteArray asked;
+  std::chrono::milliseconds allowed{};
+  std::optional<NetError> error;
+  QByteArray body;
+  const auto answer = [](QByteArray bytes, std::optional<NetError> failure) -> Flow<QByteArray> {
+    if (failure) throw NetError(*failure);
+    co_return bytes;
+  };
+  const Catalog catalog([&](QUrl url, std::chrono::milliseconds timeout) {
+    asked = url.toEncoded();
+    allowed = timeout;
+    return answer(body, error);
+  });
+  EXPECT_TRUE(
+      runFlow(
+          catalog.search(
+              {.text = text("a&b"), .extra = {}, .sort = text("week desc"), .rows = 24, .page = 2}))
+          .empty());
+  EXPECT_EQ(asked,
+            "https://archive.org/advancedsearch.php?q=(title:(a%20AND%20b)%20OR%20"
+            "description:(a%20AND%20b)%20OR%20subject:(a%20AND%20b))%20AND%20mediatype:("
+            "movies)%20AND%20-access-restricted-item:true&fl%5B%5D=identifier&fl%5B%5D=title"
+            "&fl%5B%5D=year&fl%5B%5D=description&fl%5B%5D=creator&fl%5B%5D=downloads&fl%5B%5D"
+            "=licenseurl&fl%5B%5D=subject&sort%5B%5D=week%20desc&rows=24&page=2&output=json");
+  EXPECT_EQ(allowed, std::chrono::seconds(15));
+  EXPECT_THROW(runFlow(catalog.details(text("x y?"))), NetError);
+  EXPECT_EQ(asked, "https://archive.org/metadata/x%20y%3F");
+  EXPECT_EQ(allowed, std::chrono::seconds(20));
+  body = R"({"metadata":{}})";
+  EXPECT_EQ(runFlow(catalog.details(text("id"))).item.title, text("id"));
+
+  error = NetError::tooLarge(); // as good as no answer of a catalog
+  EXPECT_TRUE(runFlow(catalog.search({})).empty());
+  EXPECT_THROW(runFlow(catalog.details(text("id"))), NetError);
+  error = NetError::http(500);
+  EXPECT_THROW(runFlow(catalog.search({})), NetError);
+}
+
+TEST(ArchiveOrgProvider, ReadsLooseValues) {
+  struct Case {
+    QJsonValue value;
+    std::optional<QString> first;
+  };
+  const QJsonArray nested{QJsonArray{text("in")}, text("out")};
+  for (const auto& [value, first] :
+       {Case{text(""), text("")}, Case{nested, text("in")}, Case{QJsonArray(), {}},
+        Case{1999, text("1999")}, Case{0.5, text("0.5")}, Case{true, text("1")},
+        Case{QJsonValue(qint64(9'007'199'254'740'993)), text("9007199254740993")},
+        Case{QJsonValue(), {}}, Case{QJsonObject{{text("a"), 1}}, {}}})
+    EXPECT_EQ(Catalog::first(value), first);
+}
+
+TEST(ArchiveOrgProvider, ReadsSearchAnswers) {
+  const MediaItems items = Catalog::parseSearch(R"({"response":{"docs":[
+    {"identifier":["a"],"title":7,"year":1957,"description":["<p>A&amp;B</p>","x"],"creator":"c",
+     "downloads":"12","licenseurl":"l","subject":"s; t"},
+    {"title":"no identifier"}, {},
+    {"identifier":"b","description":"<b></b>","downloads":"many","subject":["s","t"]},
+    {"identifier":"c","subject":["s",1]}]}})");
+  ASSERT_EQ(items.size(), 3U);
+  EXPECT_EQ(items[0], (MediaItem{text("a"),
+                                 text("7"),
+                                 text("1957"),
+                                 text("A&B"),
+                                 text("c"),
+                                 {text("s; t")},
+                                 12,
+                                 text("l")}));
+  EXPECT_EQ(items[1], (MediaItem{text("b"), text("b"), {}, {}, {}, {text("s"), text("t")}, 0, {}}));
+  EXPECT_TRUE(items[2].subjects.isEmpty());
+  for (const char* odd :
+       {"", "<html>", "[]", "{}", R"({"response":[]})", R"({"response":{"docs":{}}})",
+        R"({"response":{"docs":[{"identifier":"a"},7]}})"})
+    EXPECT_TRUE(Catalog::parseSearch(odd).empty()) << odd;
+}
+
+TEST(ArchiveOrgProvider, ReadsRecordsAndPutsTheMostPlayableFileFirst) {
+  const auto details = Catalog::parseDetails(R"({"metadata":{"date":"1957-03-01","subject":" a ;;b",
+      "access-restricted-item":["true"]},"files":[
+    {"name":"o.ogv","format":"Ogg Video","size":"1000"}, {"format":"no name"},
+    {"name":"s.mp4","format":"H.264 IA","size":"100"}, {"name":"dir//a b/ü#.mp4","format":"MPEG4","size":200},
+    {"name":"n.txt","size":"x"}, {"name":"m.bin"}]})",
+                                             text("i d"));
+  ASSERT_TRUE(details);
+  EXPECT_EQ(details->item.year, text("1957"));
+  EXPECT_EQ(details->item.subjects.join(u'|'), text("a||b"));
+  EXPECT_TRUE(details->restricted);
+  QStringList names;
+  for (const ArchiveFile& file : details->files) names += file.name;
+  EXPECT_EQ(names.join(u'|'), text("dir//a b/ü#.mp4|s.mp4|o.ogv|n.txt|m.bin"));
+  EXPECT_EQ(details->files[0].url.toEncoded(),
+            "https://archive.org/download/i%20d/dir/a%20b/%C3%BC%23.mp4");
+  EXPECT_EQ(details->files[3].size, std::nullopt);
+  EXPECT_FALSE(
+      Catalog::parseDetails(R"({"metadata":{"access-restricted-item":true}})", {})->restricted);
+  for (const char* odd : {"", "[]", "{}", R"({"metadata":[]})", R"({"metadata":null})"})
+    EXPECT_FALSE(Catalog::parseDetails(odd, text("x"))) << odd;
+  EXPECT_TRUE(
+      Catalog::parseDetails(R"({"metadata":{},"files":[{"name":"a"},1]})", {})->files.empty());
+}
+
+} // namespace
+} // namespace vellum::test
