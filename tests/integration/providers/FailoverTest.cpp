@@ -67,7 +67,7 @@ struct FailoverTest : testing::Test, MainThread {
     if (is("liar/"))
       return {"HTTP/1.1 200 OK\r\nContent-Length: 2147483648\r\n\r\n", QByteArray(1 << 20, '['),
               2048};
-    if (is("mute/")) return {"HTTP/1.1 200 OK\r\n\r\n", "[", 1, {}, true};
+    if (request.contains("/mute/")) return {"HTTP/1.1 200 OK\r\n\r\n", "[", 1, {}, true};
     if (is("short/")) return {"HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\n", "[]"};
     if (is("moved/")) return ScriptedServer::reply(302, "", "Location: /good/q.php\r\n");
     if (is("packed/")) {
@@ -162,6 +162,22 @@ TEST_F(FailoverTest, RequestsUnderWayEndWithWhoeverAsked) {
   client.reset(); // the network goes first: the search fails, nothing hangs
   EXPECT_TRUE(turnUntil([&] { return !aggregator->isSearching(); }));
   EXPECT_EQ(aggregator->statuses()[0].state, ProviderStatus::State::Failed);
+}
+
+TEST_F(FailoverTest, ACancelledWalkAsksNobodyElse) {
+  for (int i = 0; i < 4; ++i)
+    config.mirrors.append(server.url(text("/%1/mute/").arg(i)).toString());
+  const auto provider = std::make_shared<IndexerProvider>(config, client->transport(40ms), memory);
+  for (int step = 1; step <= 4; ++step) {
+    SearchAggregator aggregator(main, pool);
+    const int before = server.requests();
+    aggregator.search(text("x"), {provider});
+    ASSERT_TRUE(turnUntil([&] { return server.requests() == before + step; }));
+    aggregator.search(QString(), {});
+    EXPECT_FALSE(turnUntil([&] { return server.requests() > before + step; }, 0s));
+    ASSERT_TRUE(turnUntil([&] { return server.dropped() == server.requests(); }));
+    EXPECT_EQ(server.requests(), before + step);
+  }
 }
 
 } // namespace

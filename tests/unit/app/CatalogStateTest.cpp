@@ -21,13 +21,15 @@ struct CatalogStateTest : testing::Test, MainThread {
   // What the catalog answers, by the sort or the text that is asked for; everything else fails.
   std::map<QString, MediaItems> answers;
   std::map<QString, std::atomic<bool>> held; // answers that wait until it is false
-  std::mutex mutex;                          // guards asked
+  std::mutex mutex;                          // guards asked and wasOnMain
   std::vector<CatalogQuery> asked;
+  bool wasOnMain = false;
 
   static Flow<MediaItems> answer(CatalogStateTest& self, CatalogQuery query) {
     {
       const std::lock_guard lock(self.mutex);
       self.asked.push_back(query);
+      self.wasOnMain = self.wasOnMain || self.main.isCurrentThread();
     }
     const QString key = query.text.value_or(query.extra.value_or(query.sort));
     const auto gate = self.held.find(key);
@@ -73,6 +75,7 @@ TEST_F(CatalogStateTest, LoadsBothShelvesOnce) {
   state->loadHome();
   EXPECT_FALSE(state->homeLoading());
   EXPECT_EQ(asked.size(), 6U);
+  EXPECT_FALSE(wasOnMain);
 }
 
 TEST_F(CatalogStateTest, SearchesAndBrowsesCollections) {
