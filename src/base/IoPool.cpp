@@ -4,6 +4,22 @@
 
 namespace vellum {
 
+namespace {
+
+void turnMain() {
+  if (QCoreApplication::instance() != nullptr) QCoreApplication::processEvents();
+}
+
+template <class Condition>
+void turnMainUntil(Condition holds) {
+  while (!holds()) {
+    turnMain();
+    QThread::usleep(200);
+  }
+}
+
+} // namespace
+
 IoPool::IoPool(int ioThreads, int workerThreads)
     : m_io(ioThreads), m_work(m_io.get_executor()),
       m_workers(static_cast<std::size_t>(workerThreads)), m_running(ioThreads) {
@@ -15,13 +31,18 @@ IoPool::IoPool(int ioThreads, int workerThreads)
 }
 
 IoPool::~IoPool() {
-  m_workers.join();
+  std::atomic<bool> workersEnded = false;
+  std::thread joiner([&] {
+    m_workers.join();
+    workersEnded = true;
+  });
+  turnMainUntil([&] { return workersEnded.load(); });
+  joiner.join();
   m_work.reset();
-  while (m_running > 0) {
-    if (QCoreApplication::instance() != nullptr) QCoreApplication::processEvents();
-    QThread::usleep(200);
-  }
+  turnMainUntil([&] { return m_running == 0; });
   for (auto& thread : m_threads) thread.join();
+  // What is queued there may hold strands of these pools, which must not outlive them.
+  turnMain();
 }
 
 } // namespace vellum

@@ -60,6 +60,25 @@ TEST_F(FlowTest, AFlowOnAStrandGivesItsResultItsErrorOrItsCancellation) {
   }
 }
 
+TEST_F(FlowTest, APoolEndsInOrderWhileItsWorkersStillNeedTheMainThread) {
+  for (int round = 0; round < 50; ++round) {
+    FlowGroup flows(main.executor());
+    int hops = 0;
+    {
+      IoPool pool;
+      const auto hop = [](MainLoop& loop, int& count) -> Flow<int> {
+        for (int i = 0; i < 3; ++i) co_await asyncOn(loop.executor(), [&count] { return ++count; });
+        co_return count;
+      };
+      flows.spawn([](Flow<int> flow, WorkerStrand strand) -> Flow<> {
+        co_await flowOn(strand, std::move(flow));
+      }(hop(main, hops), pool.makeWorkerStrand()));
+      if (round % 2 == 0) QCoreApplication::processEvents();
+    }
+    EXPECT_TRUE(flows.isIdle() || hops == 0);
+  }
+}
+
 TEST_F(FlowTest, AGroupCancelsWhatSleepsAndThePoolThenEndsAtOnce) {
   bool cancelled = false;
   {
