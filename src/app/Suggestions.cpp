@@ -7,6 +7,9 @@ namespace vellum {
 
 namespace {
 
+constexpr qsizetype kSubjectsOfAnItem = 100;
+constexpr qsizetype kUnitsOfACharacter = 16; // at most, of a character that anybody would write
+
 struct Subject {
   QString text;
   int count = 0;
@@ -25,7 +28,8 @@ std::vector<Subject> countedSubjects(std::initializer_list<const MediaItems*> sh
   QHash<QString, std::size_t> known;
   for (const MediaItems* shelf : shelves)
     for (const MediaItem& item : *shelf)
-      for (const QString& subject : item.subjects) {
+      for (const QString& subject : item.subjects.mid(0, kSubjectsOfAnItem)) {
+        if (subject.size() > kLongestSubject * kUnitsOfACharacter) continue;
         const QString text = subject.toLower().trimmed();
         const auto found = known.constFind(text);
         if (found != known.constEnd()) {

@@ -8,8 +8,8 @@ namespace vellum {
 inline constexpr int kShortestSubject = 3; // characters
 inline constexpr int kLongestSubject = 23;
 
-// The subjects of all items in lower case, the most frequent first, those of equal count in order
-// of appearance; no more than `limit`.
+// The subjects of all items (the first hundred of each) in lower case, the most frequent first,
+// those of equal count in order of appearance; no more than `limit`.
 QStringList frequentSubjects(std::initializer_list<const MediaItems*> shelves, std::size_t limit);
 
 } // namespace vellum

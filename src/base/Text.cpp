@@ -12,6 +12,11 @@ struct Unit {
 constexpr std::array<Unit, 6> kUnits{
     {{"KB", 0}, {"MB", 1}, {"GB", 2}, {"TB", 2}, {"PB", 2}, {"EB", 2}}};
 
+// Unicode's embeddings, overrides and isolates.
+bool turnsDirection(QChar c) {
+  return (c >= QChar(0x202A) && c <= QChar(0x202E)) || (c >= QChar(0x2066) && c <= QChar(0x2069));
+}
+
 QString trimmed(double value, int decimals) {
   QString text = QString::number(value, 'f', decimals);
   if (decimals > 0) {
@@ -41,10 +46,17 @@ QString formatByteCount(std::int64_t bytes) {
 QString printable(QString text) {
   for (QChar& c : text) {
     const bool isControl = c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
-                           c == QChar::ParagraphSeparator;
+                           c == QChar::ParagraphSeparator || turnsDirection(c);
     if (isControl) c = QChar::ReplacementCharacter;
   }
   return text;
+}
+
+QString shortened(const QString& text, qsizetype longest) {
+  if (text.size() <= longest) return text;
+  QString cut = text.first(longest - 1);
+  if (cut.back().isHighSurrogate()) cut.chop(1);
+  return cut + QChar(0x2026);
 }
 
 std::optional<qint64> parseInt64(QStringView text) {

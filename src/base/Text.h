@@ -11,8 +11,11 @@ namespace vellum {
 QString formatByteCount(std::int64_t bytes);
 
 // The text on one line and without control characters: a name from outside must neither forge a
-// line of ours nor speak to the terminal.
+// line of ours, nor change the direction of the rest of it, nor speak to the terminal.
 QString printable(QString text);
+
+// At most 500 characters, with an ellipsis where it was cut: a stranger's sentence.
+QString shortened(const QString& text, qsizetype longest = 500);
 
 // Decimal digits with an optional sign, and nothing else; absent if they do not fit 64 bits.
 std::optional<qint64> parseInt64(QStringView text);

@@ -18,15 +18,13 @@ QString count(const std::optional<qint64>& value) {
   return value ? QString::number(*value) : QStringLiteral("—");
 }
 
-QString elided(const QString& title) {
-  const QString text = printable(title);
-  return text.size() <= kWidestTitle ? text : text.left(kWidestTitle - 1) + QChar(0x2026);
-}
-
 Row rowOf(const TorrentResult& result) {
-  return {elided(result.title),  formatByteCount(result.sizeSort()),
-          count(result.seeders), count(result.leechers),
-          result.quality(),      printable(result.sourceSort())};
+  return {shortened(printable(result.title), kWidestTitle),
+          formatByteCount(result.sizeSort()),
+          count(result.seeders),
+          count(result.leechers),
+          result.quality(),
+          printable(result.sourceSort())};
 }
 
 // Text to the left, numbers to the right; nothing is padded behind the last column.

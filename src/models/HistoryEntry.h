@@ -1,5 +1,7 @@
-// One row of the watch history. Plain value; any thread.
+// One row of the watch history, and its JSON. Plain value; any thread.
 #pragma once
+#include <QByteArray>
+#include <QDateTime>
 #include <QString>
 #include <optional>
 #include <vector>
@@ -20,5 +22,14 @@ struct HistoryEntry {
 };
 
 using HistoryEntries = std::vector<HistoryEntry>; // newest first
+
+// A date as a row keeps it.
+double secondsSince2001(const QDateTime& time);
+
+// A JSON array in the order given, without the key of a thumbnail that is not there. Nothing if a
+// number is infinite or none, which JSON cannot say.
+std::optional<QByteArray> toJson(const HistoryEntries& history);
+// Nothing if any row is bad: a key is missing, the thumbnail's excepted, or has another type.
+std::optional<HistoryEntries> historyFromJson(const QByteArray& bytes);
 
 } // namespace vellum

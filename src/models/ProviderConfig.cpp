@@ -11,11 +11,12 @@ QString tr(const char* text) { return QCoreApplication::translate("ProviderKind"
 
 QString written(const QUuid& id) { return id.toString(QUuid::WithoutBraces).toUpper(); }
 
-// The value under a key, or the default if it is missing; `good` falls if it has another type.
+// The value under a key, or the default if it is missing or null; `good` falls if it has another
+// type.
 QJsonValue valueOr(const QJsonObject& object, const char* key, const QJsonValue& otherwise,
                    bool& good) {
   const QJsonValue value = object.value(QLatin1String(key));
-  if (value.isUndefined()) return otherwise;
+  if (value.isUndefined() || value.isNull()) return otherwise;
   good = good && value.type() == otherwise.type();
   return value;
 }

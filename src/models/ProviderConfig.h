@@ -33,7 +33,7 @@ struct ProviderConfig {
   // Always all seven keys.
   QJsonObject toJson() const;
   // Nothing without a name or a known kind, or when a key has another type. A missing id is made
-  // up; the other keys have defaults.
+  // up; the other keys have defaults; null counts as missing.
   static std::optional<ProviderConfig> fromJson(const QJsonObject& object);
 };
 

@@ -1,7 +1,7 @@
 #include "models/QualityPicker.h"
 #include <algorithm>
 #include <cstdlib>
-#include <tuple>
+#include <utility>
 
 namespace vellum {
 
@@ -39,14 +39,16 @@ std::optional<TorrentResult> QualityPicker::pick(const QString& preferred,
                                                  const TorrentResults& from) {
   const auto wanted = rung(preferred);
   if (!wanted) return best(from);
-  using Order = std::tuple<int, int, qint64>; // distance, rung, fewer seeders: the smallest wins
+  using Order = std::pair<int, int>; // distance and rung: the smallest wins, then the most seeders
   const TorrentResult* nearest = nullptr;
   Order least;
   for (const TorrentResult& result : from) {
     const auto own = rung(result.quality());
     if (!own) continue;
-    const Order order{std::abs(*own - *wanted), *own, -seedersOf(result)};
-    if (nearest != nullptr && !(order < least)) continue;
+    const Order order{std::abs(*own - *wanted), *own};
+    const bool isNearer = nearest == nullptr || order < least ||
+                          (order == least && seedersOf(result) > seedersOf(*nearest));
+    if (!isNearer) continue;
     nearest = &result;
     least = order;
   }

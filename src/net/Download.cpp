@@ -19,11 +19,11 @@ NetError::Reason reasonOf(QNetworkReply::NetworkError error) {
   }
 }
 
-// Qt calls some whole answers an error, for their status alone.
+// Qt calls some whole answers an error, for their status alone. What the network did has the
+// numbers below those of proxies.
 bool isOnlyAboutStatus(QNetworkReply::NetworkError error, int status) {
-  const bool isContent =
-      error >= QNetworkReply::ContentAccessDenied && error <= QNetworkReply::UnknownContentError;
-  return status >= 400 && (isContent || error >= QNetworkReply::InternalServerError);
+  const bool isGood = status == 0 || (status >= 200 && status <= 299);
+  return !isGood && error >= QNetworkReply::ProxyConnectionRefusedError;
 }
 
 std::optional<NetError> errorOf(const QNetworkReply& reply, int status) {
@@ -44,7 +44,9 @@ Download::Download(QNetworkReply& reply, std::chrono::milliseconds timeout, std:
   m_timer.start(timeout);
 }
 
-void Download::abort() { m_reply.abort(); }
+void Download::abort() {
+  end(NetError::platform(NetError::Reason::Other, QNetworkReply::tr("Operation canceled")));
+}
 
 void Download::take() {
   m_body += m_reply.readAll();
@@ -70,7 +72,8 @@ void Download::end(std::optional<NetError> error) {
     outcome.response.contentType = QString::fromLatin1(m_reply.rawHeader("Content-Type"));
   m_timer.stop();
   m_reply.disconnect(this);
-  m_reply.abort();
+  // A reply that has failed already minds being aborted.
+  if (m_reply.isRunning() && m_reply.error() == QNetworkReply::NoError) m_reply.abort();
   m_reply.deleteLater();
   finished(std::move(outcome));
 }

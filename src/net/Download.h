@@ -27,7 +27,7 @@ public:
   Download(QNetworkReply& reply, std::chrono::milliseconds timeout, std::int64_t maxBytes,
            Finished finished);
 
-  // Ends it at once with the platform's "canceled".
+  // Ends it at once as cancelled.
   void abort();
 
 private:

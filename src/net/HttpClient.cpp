@@ -24,7 +24,9 @@ public:
   ~Requests() {
     if (!m_manager) return;
     const auto replies = m_manager->findChildren<QNetworkReply*>(Qt::FindDirectChildrenOnly);
-    for (QNetworkReply* reply : replies) reply->abort();
+    for (const QNetworkReply* reply : replies)
+      for (QObject* child : reply->children())
+        if (auto* download = dynamic_cast<Download*>(child)) download->abort();
   }
   Requests(const Requests&) = delete;
   Requests& operator=(const Requests&) = delete;

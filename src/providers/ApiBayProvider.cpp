@@ -3,6 +3,7 @@
 #include "formats/TorrentMetadata.h"
 #include "net/NetError.h"
 #include "providers/Json.h"
+#include "providers/ResultList.h"
 #include <algorithm>
 
 namespace vellum {
@@ -27,11 +28,11 @@ bool isRealHash(const QString& hash) {
 TorrentResults ApiBayProvider::parse(const QByteArray& bytes, const QString& source) {
   const auto rows = json::objects(json::parse(bytes));
   if (!rows) throw NetError::empty();
-  TorrentResults results;
+  ResultList results;
   for (const QJsonObject& row : *rows) {
     const auto name = json::string(row.value(QLatin1String("name")));
     const auto hash = json::string(row.value(QLatin1String("info_hash")));
-    if (!name || !hash || !isRealHash(*hash)) continue;
+    if (!name || !hash || !isRealHash(*hash) || !ResultList::isGoodTitle(*name)) continue;
     TorrentResult result;
     result.id = hash->toLower();
     result.infoHash = result.id;
@@ -41,9 +42,9 @@ TorrentResults ApiBayProvider::parse(const QByteArray& bytes, const QString& sou
     result.leechers = number(row.value(QLatin1String("leechers")));
     result.sources = {source};
     result.magnet = makeMagnet(*hash, *name);
-    results.push_back(std::move(result));
+    if (!results.add(std::move(result))) break;
   }
-  return results;
+  return results.take();
 }
 
 } // namespace vellum

@@ -7,9 +7,10 @@ namespace vellum {
 
 namespace {
 
-// A mark belongs to the letter before it: "किताब" is one word.
+// A mark or joiner belongs to the letter before it: "किताब" is one word.
 bool isPartOfWord(char32_t c, bool followsLetter) {
-  return QChar::isLetterOrNumber(c) || (QChar::isMark(c) && followsLetter);
+  const bool isJoiner = c == 0x200C || c == 0x200D;
+  return QChar::isLetterOrNumber(c) || ((QChar::isMark(c) || isJoiner) && followsLetter);
 }
 
 QUrl onCatalog(const QString& path, const ProviderURL::Items& items = {}) {
@@ -56,7 +57,9 @@ Flow<MediaItems> ArchiveOrgProvider::search(CatalogQuery query) const {
   items.emplace_back(QStringLiteral("page"), QString::number(query.page));
   items.emplace_back(QStringLiteral("output"), QStringLiteral("json"));
   const QUrl url = onCatalog(QStringLiteral("/advancedsearch.php"), items);
-  co_return parseSearch(co_await fetch(m_fetch, url, kSearchTimeout));
+  MediaItems found = parseSearch(co_await fetch(m_fetch, url, kSearchTimeout));
+  if (found.size() > std::size_t(query.rows)) found.resize(std::size_t(query.rows));
+  co_return found;
 }
 
 Flow<ArchiveDetails> ArchiveOrgProvider::details(QString id) const {

@@ -11,7 +11,7 @@ struct CatalogQuery {
   std::optional<QString> text;  // of the user
   std::optional<QString> extra; // one more clause of the query language
   QString sort = QStringLiteral("downloads desc");
-  int rows = 0;
+  int rows = 0; // at least 0
   int page = 1;
   bool operator==(const CatalogQuery&) const = default;
 };
@@ -25,8 +25,8 @@ public:
 
   explicit ArchiveOrgProvider(FetchData fetch) : m_fetch(std::move(fetch)) {}
 
-  // Throws NetError, and asio::system_error when cancelled. An answer of another shape has no
-  // items.
+  // No more items than rows. Throws NetError, and asio::system_error when cancelled. An answer of
+  // another shape has no items.
   Flow<MediaItems> search(CatalogQuery query) const;
   // Throws the same, and NetError (Empty) for an answer that is no record.
   Flow<ArchiveDetails> details(QString id) const;

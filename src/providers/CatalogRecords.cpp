@@ -13,13 +13,14 @@ namespace vellum {
 namespace {
 
 constexpr qsizetype kYearDigits = 4;
+constexpr qsizetype kLongestText = 4096; // characters of a text that is cut into many
 
 std::optional<QString> firstOf(const QJsonObject& object, const char* key) {
   return ArchiveOrgProvider::first(object.value(QLatin1String(key)));
 }
 
 QStringList splitSubjects(const QString& text) {
-  QStringList subjects = text.split(u';');
+  QStringList subjects = text.first(std::min(text.size(), kLongestText)).split(u';');
   for (QString& subject : subjects) subject = subject.trimmed();
   return subjects;
 }
@@ -59,7 +60,7 @@ MediaItem recordItem(const QJsonObject& metadata, const QString& id) {
 
 std::optional<ArchiveFile> recordFile(const QJsonObject& object, const QString& id) {
   const auto name = firstOf(object, "name");
-  if (!name) return std::nullopt;
+  if (!name || name->size() > kLongestText) return std::nullopt;
   QStringList parts = name->split(u'/', Qt::SkipEmptyParts);
   for (QString& part : parts) part = percentEncodedPath(part);
   const QUrl url(addresses::catalogBase() + QStringLiteral("/download/") + percentEncodedPath(id) +

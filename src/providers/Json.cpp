@@ -6,8 +6,8 @@
 namespace vellum::json {
 
 QJsonValue parse(const QByteArray& bytes) {
-  const auto opens = [](char c) { return c == '[' || c == '{'; };
-  if (std::count_if(bytes.begin(), bytes.end(), opens) > kMaxContainers)
+  const auto begins = [](char c) { return c == '[' || c == '{' || c == ','; };
+  if (std::count_if(bytes.begin(), bytes.end(), begins) > kMaxValues)
     throw SyntaxError(QStringLiteral("too many values"));
   QJsonParseError error;
   const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);

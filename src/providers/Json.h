@@ -15,8 +15,8 @@ public:
   using DescribedError::DescribedError;
 };
 
-// Arrays and objects in one document; each costs a hundred times its two brackets.
-inline constexpr qsizetype kMaxContainers = 1'000'000;
+// Values in one document, told by brackets and commas; an array costs a hundred times its brackets.
+inline constexpr qsizetype kMaxValues = 1'000'000;
 
 // The array or object of a document. Throws SyntaxError.
 QJsonValue parse(const QByteArray& bytes);

@@ -13,8 +13,8 @@ struct ProviderURL {
 
   // An http or https address with a host and without any blank inside.
   static std::optional<QUrl> validate(const QString& text);
-  // `path` (percent-encoded, may be empty) behind the base's own path, `items` behind its own query. Nothing if the
-  // base is no usable address.
+  // `path` (percent-encoded, may be empty) behind the base's own path, `items` behind its own
+  // query. Nothing if the base is no usable address.
   static std::optional<QUrl> build(const QString& base, const QString& path, const Items& items);
 };
 

@@ -22,7 +22,7 @@ bool startsWithAny(QStringView text, std::initializer_list<const char*> starts) 
 // The pages that filters put before a site say so somewhere, whatever type they claim to have.
 bool isChallenge(QStringView window) {
   constexpr std::array kMarks{"just a moment...", "cf-browser-verification", "challenge-platform",
-                           "attention required! | cloudflare", "ddos-guard"};
+                              "attention required! | cloudflare", "ddos-guard"};
   return std::any_of(kMarks.begin(), kMarks.end(),
                      [&](const char* mark) { return window.contains(QLatin1String(mark)); });
 }

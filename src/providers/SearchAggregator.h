@@ -15,7 +15,7 @@ struct ProviderStatus {
   QString name;
   State state = State::Pending;
   std::size_t count = 0;       // Ok: its own results, before merging
-  QString text = {};                // Failed: the sentence to show
+  QString text = {};           // Failed: the sentence to show
   bool offersSettings = false; // whether another address could help
   bool operator==(const ProviderStatus&) const = default;
 };

@@ -17,7 +17,8 @@ IndexerError indexerError(const QXmlStreamAttributes& attributes) {
   const bool fits = code >= INT_MIN && code <= INT_MAX;
   if (!attributes.hasAttribute(QLatin1String("description")))
     return {fits ? int(code) : 0, QCoreApplication::translate("Torznab", "Indexer error")};
-  return {fits ? int(code) : 0, attributes.value(QLatin1String("description")).toString()};
+  return {fits ? int(code) : 0,
+          shortened(attributes.value(QLatin1String("description")).toString())};
 }
 
 std::optional<QString> valueOf(const QHash<QString, QString>& row, const char* key) {
@@ -28,6 +29,12 @@ std::optional<QString> valueOf(const QHash<QString, QString>& row, const char* k
 
 std::optional<qint64> numberOf(const std::optional<QString>& text) {
   return text ? parseInt64(*text) : std::nullopt;
+}
+
+qint64 leechersAmong(qint64 peers, qint64 seeders) {
+  qint64 leechers = 0;
+  if (__builtin_sub_overflow(peers, seeders, &leechers)) return peers > 0 ? INT64_MAX : 0;
+  return std::max<qint64>(0, leechers);
 }
 
 std::optional<QUrl> urlOf(const std::optional<QString>& text) {
@@ -60,29 +67,27 @@ void TorznabParser::endElement(QStringView name) {
   if (std::find(kTextElements.begin(), kTextElements.end(), name) != kTextElements.end())
     m_row->insert(name.toString(), m_text.trimmed());
   if (name != u"item") return;
-  if (auto found = result(*m_row, m_source)) m_results.push_back(std::move(*found));
+  if (auto found = result(*m_row, m_source)) m_results.add(std::move(*found));
   m_row.reset();
 }
 
 std::optional<TorrentResult> TorznabParser::result(const Row& row, const QString& source) {
   const auto title = valueOf(row, "title");
-  if (!title) return std::nullopt;
+  if (!title || !ResultList::isGoodTitle(*title)) return std::nullopt;
   const auto link = valueOf(row, "link");
   TorrentResult result;
   result.title = *title;
   const auto hash = valueOf(row, "infohash");
   if (hash && !hash->isEmpty()) result.infoHash = hash->toLower();
-  result.id = result.infoHash.value_or(valueOf(row, "guid").value_or(*title));
+  const QString guid = valueOf(row, "guid").value_or(QString());
+  result.id = result.infoHash.value_or(guid.isEmpty() ? *title : guid);
 
   result.size = numberOf(row.contains(QStringLiteral("size")) ? valueOf(row, "size")
                                                               : valueOf(row, "length"));
   result.seeders = numberOf(valueOf(row, "seeders"));
   // Torznab counts everybody as peers, seeders too.
-  qint64 leechers = 0;
   if (const auto peers = numberOf(valueOf(row, "peers")))
-    result.leechers = __builtin_sub_overflow(*peers, result.seeders.value_or(0), &leechers)
-                          ? 0
-                          : std::max<qint64>(0, leechers);
+    result.leechers = leechersAmong(*peers, result.seeders.value_or(0));
   result.sources = {source};
 
   const auto magnet = valueOf(row, "magneturl");

@@ -1,7 +1,7 @@
 // The XML of Torznab indexers, read event by event. Pure; one object for each document.
 #pragma once
 #include "base/DescribedError.h"
-#include "models/TorrentResult.h"
+#include "providers/ResultList.h"
 #include <QHash>
 #include <QXmlStreamAttributes>
 
@@ -27,14 +27,14 @@ public:
   void endElement(QStringView name);
 
   const std::optional<IndexerError>& apiError() const { return m_apiError; }
-  TorrentResults takeResults() { return std::move(m_results); }
+  TorrentResults takeResults() { return m_results.take(); }
 
 private:
   using Row = QHash<QString, QString>;
   static std::optional<TorrentResult> result(const Row& row, const QString& source);
 
   QString m_source;
-  TorrentResults m_results; // in document order
+  ResultList m_results; // in document order
   std::optional<IndexerError> m_apiError;
   std::optional<Row> m_row; // nothing outside an item
   QString m_text;           // of the current element

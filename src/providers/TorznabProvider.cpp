@@ -1,4 +1,5 @@
 #include "providers/TorznabProvider.h"
+#include "base/Text.h"
 #include "providers/TorznabParser.h"
 #include "providers/XmlText.h"
 #include <QCoreApplication>
@@ -17,7 +18,6 @@ std::optional<XmlError> read(const QString& xml, TorznabParser& parser) {
   int depth = 0;
   while (!reader.atEnd()) {
     switch (reader.readNext()) {
-    case QXmlStreamReader::DTD: return XmlError(tr("The document has a DTD, which is not read"));
     case QXmlStreamReader::StartElement:
       if (++depth > TorznabProvider::kMaxDepth)
         return XmlError(tr("The document is nested too deeply"));
@@ -32,16 +32,18 @@ std::optional<XmlError> read(const QString& xml, TorznabParser& parser) {
     }
   }
   if (!reader.hasError()) return std::nullopt;
-  return XmlError(reader.errorString());
+  return XmlError(shortened(reader.errorString()));
 }
 
 } // namespace
 
 TorrentResults TorznabProvider::parse(const QByteArray& bytes, const QString& source) {
   const auto xml = decodedXml(bytes);
-  if (!xml) throw XmlError(tr("The document is not in a known encoding"));
+  if (!xml) throw XmlError(tr("The document is not in its encoding"));
+  const XmlShape shape = xmlShape(*xml);
+  if (shape.hasDtd) throw XmlError(tr("The document has a DTD, which is not read"));
   // The reader compares every attribute of an element with every other.
-  if (mostAttributes(*xml) > kMaxAttributes)
+  if (shape.mostAttributes > kMaxAttributes)
     throw XmlError(tr("The document has an element with too many attributes"));
   TorznabParser parser(source);
   const auto error = read(*xml, parser);

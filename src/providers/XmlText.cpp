@@ -9,19 +9,12 @@ namespace {
 
 constexpr qsizetype kDeclaration = 200; // characters in which an encoding is declared
 
-QStringConverter::Encoding declaredEncoding(const QByteArray& bytes, bool& isKnown) {
+// The name of the encoding in the declaration, in upper case; empty if there is none.
+QByteArray declaredEncoding(const QByteArray& bytes) {
   static const QRegularExpression declaration(
       QStringLiteral(R"(^(?:\xef\xbb\xbf)?<\?xml[^>]*\bencoding\s*=\s*["']([^"']*)["'])"));
   const QString start = QString::fromLatin1(bytes.first(std::min(bytes.size(), kDeclaration)));
-  const auto match = declaration.match(start);
-  if (!match.hasMatch()) return QStringConverter::Utf8;
-  const QString name = match.captured(1);
-  // A declaration that reads as ASCII stands in no document of 16 bits, whatever it says.
-  const auto encoding = name.compare(u"us-ascii", Qt::CaseInsensitive) == 0
-                            ? QStringConverter::Utf8
-                            : QStringConverter::encodingForName(name.toLatin1().constData());
-  isKnown = encoding == QStringConverter::Utf8 || encoding == QStringConverter::Latin1;
-  return encoding.value_or(QStringConverter::Utf8);
+  return declaration.match(start).captured(1).toUpper().toLatin1();
 }
 
 // Behind the next `end` at or after `from`; the end of the text if there is none.
@@ -51,16 +44,18 @@ Tag readTag(QStringView xml, qsizetype from) {
 } // namespace
 
 std::optional<QString> decodedXml(const QByteArray& bytes) {
-  bool isKnown = true;
-  QStringDecoder decoder(declaredEncoding(bytes, isKnown));
-  if (!isKnown) return std::nullopt;
+  const QByteArray encoding = declaredEncoding(bytes);
+  if (encoding == "ISO-8859-1") return QString::fromLatin1(bytes);
+  QStringDecoder decoder(QStringConverter::Utf8);
   QString text = decoder.decode(bytes);
-  if (decoder.hasError()) return std::nullopt;
-  return text;
+  if (!decoder.hasError()) return text;
+  // Most that has yet another name differs from Latin-1 in a few signs.
+  if (encoding.isEmpty() || encoding == "UTF-8") return std::nullopt;
+  return QString::fromLatin1(bytes);
 }
 
-int mostAttributes(QStringView xml) {
-  int most = 0;
+XmlShape xmlShape(QStringView xml) {
+  XmlShape shape;
   qsizetype at = 0;
   while ((at = xml.indexOf(u'<', at)) >= 0) {
     const QStringView rest = xml.sliced(at);
@@ -70,13 +65,16 @@ int mostAttributes(QStringView xml) {
       at = behind(xml, QLatin1String("]]>"), at);
     } else if (rest.startsWith(u"<?")) {
       at = behind(xml, QLatin1String("?>"), at);
+    } else if (rest.startsWith(u"<!")) {
+      shape.hasDtd = true;
+      return shape;
     } else {
       const Tag tag = readTag(xml, at);
-      most = std::max(most, tag.values);
+      shape.mostAttributes = std::max(shape.mostAttributes, tag.values);
       at = tag.end;
     }
   }
-  return most;
+  return shape;
 }
 
 } // namespace vellum

@@ -6,11 +6,15 @@
 
 namespace vellum {
 
-// The text of a document in UTF-8 or the encoding that it declares. Nothing if that is unknown or
-// the bytes are not in it.
+// The text of a document in UTF-8 or Latin-1, as it declares; of another encoding as much as these
+// two can show. Nothing if it is to be UTF-8 and is not.
 std::optional<QString> decodedXml(const QByteArray& bytes);
 
-// The greatest number of quoted values in one tag; comments, CDATA and instructions do not count.
-int mostAttributes(QStringView xml);
+// What makes a document costly to read. Comments, CDATA and instructions do not count.
+struct XmlShape {
+  int mostAttributes = 0; // quoted values in one tag
+  bool hasDtd = false;    // what follows it has not been looked at
+};
+XmlShape xmlShape(QStringView xml);
 
 } // namespace vellum

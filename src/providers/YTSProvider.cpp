@@ -2,6 +2,7 @@
 #include "formats/TorrentMetadata.h"
 #include "net/NetError.h"
 #include "providers/Json.h"
+#include "providers/ResultList.h"
 #include <cmath>
 
 namespace vellum {
@@ -53,6 +54,7 @@ std::optional<TorrentResult> readTorrent(const QJsonObject& object, const Film& 
   result.seeders = json::integer(object.value(QLatin1String("seeds")));
   result.leechers = json::integer(object.value(QLatin1String("peers")));
   result.sources = {source};
+  if (!ResultList::isGoodTitle(result.title)) return std::nullopt;
   result.magnet = makeMagnet(*hash, result.title);
   result.torrentURL = url(object.value(QLatin1String("url")));
   result.pageURL = film.page;
@@ -66,18 +68,19 @@ std::optional<TorrentResult> readTorrent(const QJsonObject& object, const Film& 
 TorrentResults YTSProvider::parse(const QByteArray& bytes, const QString& source) {
   const QJsonValue data = json::parse(bytes)[QLatin1String("data")];
   if (!data.isObject()) throw NetError::empty();
-  TorrentResults results;
+  ResultList results;
   // Without films the service leaves the key out.
   const auto films = json::objects(data[QLatin1String("movies")]);
-  if (!films) return results;
+  if (!films) return {};
   for (const QJsonObject& object : *films) {
     const auto torrents = json::objects(object.value(QLatin1String("torrents")));
     if (!torrents) continue;
     const Film film = readFilm(object);
     for (const QJsonObject& torrent : *torrents)
-      if (auto result = readTorrent(torrent, film, source)) results.push_back(std::move(*result));
+      if (auto result = readTorrent(torrent, film, source))
+        if (!results.add(std::move(*result))) return results.take();
   }
-  return results;
+  return results.take();
 }
 
 } // namespace vellum

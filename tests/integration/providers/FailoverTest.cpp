@@ -69,6 +69,7 @@ struct FailoverTest : testing::Test, MainThread {
               2048};
     if (request.contains("/mute/")) return {"HTTP/1.1 200 OK\r\n\r\n", "[", 1, {}, true};
     if (is("short/")) return {"HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\n", "[]"};
+    if (is("nowhere/")) return ScriptedServer::reply(302, "[]");
     if (is("moved/")) return ScriptedServer::reply(302, "", "Location: /good/q.php\r\n");
     if (is("packed/")) {
       const QByteArray gzip(
@@ -105,6 +106,7 @@ TEST_F(FailoverTest, EveryMisbehaviourIsToldAndPassedOver) {
                                     {at("/mute"), "timed out", false},
                                     {at("/short"), "", false},
                                     {at("/busy"), "HTTP 503"},
+                                    {at("/nowhere"), "HTTP 302"},
                                     {at("/empty"), "returned a non-API response"},
                                     {at("/liar"), "returned a non-API response"},
                                     {at("/page"), "page"},

@@ -47,12 +47,15 @@ TEST(Fmt, MarkupBecomesPlainText) {
                                                        {"&#39;x&#39;&nbsp;&gt;", "'x' &gt;"},
                                                        {"1 <> 2 < 3", "1 <> 2 < 3"},
                                                        {"<<b>a", "a"},
-                                                       {"x<unclosed", "x<unclosed"}};
+                                                       {"x<unclosed", "x<unclosed"},
+                                                       {"a <br> b<brr>c<br", "a \n bc<br"}};
   for (const auto& [html, text] : cases)
     EXPECT_EQ(Fmt::stripHTML(QString::fromUtf8(html)), QString::fromUtf8(text)) << html;
   EXPECT_FALSE(Fmt::stripHTML(QStringLiteral(" <p> </p>\n")));
   EXPECT_FALSE(Fmt::stripHTML(std::nullopt));
-  EXPECT_EQ(Fmt::stripHTML(QString(1 << 20, u'<'))->size(), 1 << 20); // in no time at all
+  // In no time at all:
+  EXPECT_EQ(Fmt::stripHTML(QString(1 << 20, u'<'))->size(), 1 << 20);
+  EXPECT_EQ(Fmt::stripHTML(QStringLiteral("&amp;").repeated(3 << 20))->size(), 3 << 20);
 }
 
 TEST(Bytes, AnInfoHashIsExactlyFortyHexadecimalDigits) {

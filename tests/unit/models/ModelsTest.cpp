@@ -47,11 +47,12 @@ TEST(QualityPicker, TakesTheNearestRungThenTheLowerThenTheMostSeeded) {
         Case{"1080p", {}, -1}, Case{"HD", {"1080p", "720p"}, 1}, Case{"4K", {"2160p", "720p"}, 0},
         Case{"best", {"720p:1", "1080p:3", "480p:3"}, 1}, Case{"1080p", {"x:1", "y:2"}, 1},
         Case{"720p", {"720p:1", "720p:5", "720p:5", "1080p:9"}, 1},
+        Case{"720p", {"720p:-9223372036854775808", "720p:-1"}, 1},
         Case{"720p", {"x:9", "2160p:1"}, 1}, Case{"sd", {"dvdrip:1", "720p:9"}, 0}}) {
     TorrentResults list;
     for (const char* one : offered) {
       const auto parts = QString::fromLatin1(one).split(u':');
-      list.push_back(titled(parts[0], parts.value(1, QStringLiteral("1")).toInt()));
+      list.push_back(titled(parts[0], parts.value(1, QStringLiteral("1")).toLongLong()));
     }
     const auto picked = QualityPicker::pick(QLatin1String(preferred), list);
     ASSERT_EQ(picked.has_value(), expected >= 0) << preferred;

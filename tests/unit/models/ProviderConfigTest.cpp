@@ -43,7 +43,7 @@ TEST(ProviderConfig, FillsWhatIsMissingAndRefusesTheRest) {
         R"({"name":"n","kind":"yts","id":"no"})", R"({"name":"n","kind":"yts","id":""})",
         R"({"name":"n","kind":"yts","id":"{6F9619FF-8B86-D011-B42D-00C04FC964FF}"})",
         R"({"name":5,"kind":"yts"})", R"({"name":"n","kind":"yts","enabled":1})",
-        R"({"name":"n","kind":"yts","baseURL":null})", R"({"name":"n","kind":"yts","apiKey":1})",
+        R"({"name":"n","kind":"yts","baseURL":[]})", R"({"name":"n","kind":"yts","apiKey":1})",
         R"({"name":"n","kind":"yts","mirrors":"a"})",
         R"({"name":"n","kind":"yts","mirrors":["a",1]})", R"("text")", R"([])"}) {
     const QByteArray list = R"([{"name":"good","kind":"yts"},)" + QByteArray(record) + "]";

@@ -20,9 +20,10 @@ TEST(ArchiveOrgProvider, BuildsQueriesThatNoUserCanBreakOutOf) {
             text("(title:(great AND train) OR description:(great AND train) OR subject:(great AND "
                  "train)) AND ") +
                 text(fixed) + text(" AND collection:(feature_films)"));
-  EXPECT_EQ(Catalog::sanitize(text("a) OR (b:\"Größe\" 四½\xf0\x90\x90\x80 किताब cafe\xcc\x81 %1"))
+  EXPECT_EQ(Catalog::sanitize(
+                text("a) OR (b:\"Größe\" 四½\xf0\x90\x90\x80 कि\xe2\x80\x8dताब cafe\xcc\x81 %1"))
                 .join(u'|'),
-            text("a|OR|b|Größe|四½\xf0\x90\x90\x80|किताब|cafe\xcc\x81|1"));
+            text("a|OR|b|Größe|四½\xf0\x90\x90\x80|कि\xe2\x80\x8dताब|cafe\xcc\x81|1"));
 }
 
 TEST(ArchiveOrgProvider, AsksExactly) {

@@ -96,6 +96,22 @@ TEST(YTSProvider, MakesARowOfEachTorrentOfAFilm) {
     EXPECT_THROW(YTSProvider::parse(wrong, kSource), NetError) << wrong;
 }
 
+// A small answer must not become any amount of memory by repeating its own texts.
+TEST(YTSProvider, BoundsWhatAnAnswerBecomes) {
+  const auto film = [](qsizetype letters, int torrents) {
+    QByteArray list = QByteArray("{\"hash\":\"AB\"},").repeated(torrents);
+    list.chop(1);
+    const QByteArray title(letters, 'x');
+    return YTSProvider::parse(
+        R"({"data":{"movies":[{"title":")" + title + R"(","torrents":[)" + list + "]}]}}", kSource);
+  };
+  EXPECT_TRUE(film(100'000, 30'000).empty());
+  const auto bounded = film(4000, 30'000).size();
+  EXPECT_GT(bounded, 500U);
+  EXPECT_LT(bounded, 1500U);
+  EXPECT_EQ(film(10, 15'000).size(), 15'000U);
+}
+
 // Neither syntax nor size of a document may cost more than an error.
 TEST(Json, RefusesWhatIsNoneOrTooMuch) {
   for (const QByteArray& bytes :
@@ -130,7 +146,7 @@ TEST(TorznabProvider, ReadsTheFieldsOfAnItem) {
        [&](auto& r) { r.id = QStringLiteral("g"), r.pageURL = url("http://c/"); }},
       {title + "<guid>g</guid>" + attribute("infohash", "ABC"),
        [](auto& r) { r.infoHash = r.id = QStringLiteral("abc"); }},
-      {title + attribute("infohash", ""), [](auto&) {}},
+      {title + attribute("infohash", "") + "<guid> </guid>", [](auto&) {}},
       {title + attribute("seeders", "5") + attribute("peers", "12"),
        [](auto& r) { r.seeders = 5, r.leechers = 7; }},
       {title + attribute("seeders", "12") + attribute("peers", "5"),
@@ -139,6 +155,8 @@ TEST(TorznabProvider, ReadsTheFieldsOfAnItem) {
       {title + attribute("peers", "x") + attribute("seeders", "1.5"), [](auto&) {}},
       {title + attribute("peers", "-9223372036854775808") + attribute("seeders", "1"),
        [](auto& r) { r.seeders = 1, r.leechers = 0; }},
+      {title + attribute("peers", "9223372036854775807") + attribute("seeders", "-5"),
+       [](auto& r) { r.seeders = -5, r.leechers = INT64_MAX; }},
       {title + "<torznab:attr name='seeders'/><attr name='peers' value='3'/>" +
            "<newznab:attr name='seeders' value='2'/>",
        [](auto& r) { r.seeders = 2, r.leechers = 1; }},
@@ -178,6 +196,9 @@ TEST(TorznabProvider, KeepsGoodItemsAmongBadOnes) {
   EXPECT_EQ(titles("\xef\xbb\xbf<?xml version='1.0' encoding='utf-8'?><rss/>"), QString());
   EXPECT_EQ(titles("<?xml version='1.0' encoding='ISO-8859-1'?>" + item("<title>\xfc</title>")),
             QStringLiteral("ü"));
+  EXPECT_EQ(titles("<?xml version='1.0' encoding='windows-1252'?>" + item("<title>\xfc</title>")),
+            QStringLiteral("ü"));
+  EXPECT_EQ(titles(item("<title><![CDATA[<!DOCTYPE]]></title>")), QStringLiteral("<!DOCTYPE"));
 }
 
 TEST(TorznabProvider, PassesOnWhatTheIndexerComplainsAbout) {
@@ -209,7 +230,9 @@ TEST(TorznabProvider, RefusesHostileDocumentsAtOnce) {
         "<!DOCTYPE r [<!ENTITY e SYSTEM 'file:///etc/hostname'>]>" + item("<title>&e;</title>"),
         QByteArray("<!DOCTYPE r SYSTEM 'http://127.0.0.1:1/x.dtd'><rss/>"),
         item("<title>&nbsp;</title>"), item("<title>\xff</title>"), QByteArray("<rss>"),
-        QByteArray("{}"), QByteArray("<?xml version='1.0' encoding='UTF-7'?><rss/>"),
+        QByteArray("{}"),
+        "<?xml version='1.0'?><!DOCTYPE r [" +
+            QByteArray("<!ATTLIST a b CDATA #IMPLIED>").repeated(100'000) + "]><r/>",
         QByteArray("<a>").repeated(300'000),
         "<rss " + QByteArray("a='' ").repeated(300'000) + "/>", "<rss><a b='>' " + [] {
           QByteArray attributes;
