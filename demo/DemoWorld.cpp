@@ -1,5 +1,7 @@
 // A tracker and some seeders of one film or folder on 127.0.0.1, until a signal ends them. Tells on
-// standard output, a line each, what there is to stream: HASH, TRACKER, SEEDER, TORRENT, MAGNET.
+// standard output, a line each, what there is to stream: HASH, TRACKER, SEEDER, TORRENT, MAGNET;
+// with --indexers also where to search for it: INDEXER, CATALOG, and REQUEST as they come.
+#include "DemoIndexers.h"
 #include "support/LoopbackSeeder.h"
 #include "support/LoopbackTracker.h"
 #include "support/TestTorrent.h"
@@ -12,6 +14,7 @@
 #include <csignal>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <vector>
 
 using namespace vellum;
@@ -29,6 +32,8 @@ struct Wish {
   SeederOptions all;   // every seeder
   SeederOptions first; // the first one
   std::chrono::milliseconds trackerDelay{};
+  bool indexers = false;
+  QString preferences; // a file to write; may be empty
 };
 
 std::optional<Wish> readWish(QCommandLineParser& parser) {
@@ -47,6 +52,9 @@ std::optional<Wish> readWish(QCommandLineParser& parser) {
   const auto piece = option("piece", "piece length in bytes; by default at most 2000 pieces", "0");
   const auto close = option("close-first-after", "bytes after which the first seeder dies");
   const auto stall = option("stall-first-after", "bytes after which the first seeder falls silent");
+  const auto preferences = option("preferences", "file to write in which the indexers are set up");
+  const auto indexers = QStringLiteral("indexers");
+  parser.addOption({indexers, QStringLiteral("play indexers and a catalog that know the film")});
   parser.process(*QCoreApplication::instance());
   if (parser.positionalArguments().size() != 1) return std::nullopt;
 
@@ -55,6 +63,8 @@ std::optional<Wish> readWish(QCommandLineParser& parser) {
   wish.pieceLength = parser.value(piece).toLongLong();
   wish.trackerDelay = std::chrono::milliseconds(parser.value(delay).toInt());
   wish.all = {.uploadRate = parser.value(rate).toDouble(), .delay = wish.trackerDelay};
+  wish.indexers = parser.isSet(indexers);
+  wish.preferences = parser.value(preferences);
   wish.first = wish.all;
   if (parser.isSet(close)) wish.first.closeAfter = parser.value(close).toLongLong();
   if (parser.isSet(stall)) wish.first.stallAfter = parser.value(stall).toLongLong();
@@ -88,15 +98,24 @@ void run(const Wish& wish) {
     ports.push_back(seeders.back()->port());
   }
   LoopbackTracker tracker(wish.trackerDelay);
-  tracker.setPeers(ports);
-
   const QTemporaryDir folder;
+  std::optional<demo::DemoIndexers> indexers;
+  auto peers = ports;
+  if (wish.indexers) {
+    indexers.emplace(demo::DemoFilm{wish.source, torrent, wish.seeders, wish.all}, tracker.udpUrl(),
+                     folder.path().toStdString());
+    for (const auto port : indexers->seederPorts()) peers.push_back(port);
+    if (!wish.preferences.isEmpty()) indexers->writePreferences(wish.preferences);
+  }
+  tracker.setPeers(peers);
+
   QFile file(folder.filePath(torrent.name + QStringLiteral(".torrent")));
   const auto bytes = torrent.torrentFile({tracker.udpUrl()});
   if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush())
     throw std::runtime_error("cannot write the .torrent file");
 
   QTextStream out(stdout);
+  if (indexers) indexers->tell(out);
   out << "HASH " << toHex(torrent.infoHash) << '\n';
   out << "TRACKER " << tracker.udpUrl() << '\n' << "TRACKER " << tracker.httpUrl() << '\n';
   for (const auto port : ports) out << "SEEDER 127.0.0.1:" << port << '\n';

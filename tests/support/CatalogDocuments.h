@@ -1,0 +1,16 @@
+// What the catalog answers: search results and item records in its loose types, pages, posters.
+// Pure.
+#pragma once
+#include "support/CatalogSearch.h"
+#include <QByteArray>
+
+namespace vellum::test {
+
+// `fields` as asked for with fl[]; all of them if it is empty.
+QByteArray catalogSearchDocument(const CatalogPage& page, const QStringList& fields);
+QByteArray catalogRecord(const CatalogItem& item);
+QByteArray catalogDetailsPage(const CatalogItem& item);
+// An SVG of 300 x 450 in flat colours with the title, the same for the same item.
+QByteArray catalogPoster(const CatalogItem& item);
+
+} // namespace vellum::test
