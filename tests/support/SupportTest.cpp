@@ -1,8 +1,13 @@
 // The counterparts that other tests lean on, seen by a client of a few lines.
 #include "base/Sha1.h"
+#include "support/CatalogSearch.h"
+#include "support/HttpReader.h"
+#include "support/LoopbackIndexers.h"
 #include "support/LoopbackSeeder.h"
 #include "support/LoopbackTracker.h"
 #include "support/TestTorrent.h"
+#include <QFile>
+#include <QTemporaryDir>
 #include <asio/connect.hpp>
 #include <asio/read.hpp>
 #include <asio/write.hpp>
@@ -194,6 +199,51 @@ TEST(LoopbackTracker, AnswersUdpByteByByte) {
                                         "7f0000010050");
   EXPECT_EQ(exchange(QByteArray(8, '\0') + announce.mid(8)).toHex(), "0000000301020304");
   EXPECT_EQ(tracker.udpAnnounces(), 1);
+}
+
+TEST(LoopbackIndexers, ServesRangesOfTheFilm) {
+  const QTemporaryDir folder;
+  const auto name = QStringLiteral("film.mp4");
+  QFile film(folder.filePath(name));
+  ASSERT_TRUE(film.open(QIODevice::WriteOnly) && film.write("0123456789") == 10 && film.flush());
+  const LoopbackIndexers server({.film = folder.path().toStdString()});
+  struct Case {
+    const char* headers;
+    int status;
+    const char* body;
+  };
+  for (const auto& [headers, status, body] :
+       {Case{"", 200, "0123456789"}, Case{"Range: bytes=2-4\r\n", 206, "234"},
+        Case{"range: bytes=8-99\r\n", 206, "89"}, Case{"Range: bytes=-3\r\n", 206, "789"},
+        Case{"Range: bytes=10-\r\n", 416, ""}, Case{"Range: bytes=4-2\r\n", 200, "0123456789"},
+        Case{"Range: bytes=1-2,4-5\r\n", 200, "0123456789"},
+        Case{"Range: bytes=5-\r\nIf-Range: \"film-a\"\r\n", 206, "56789"},
+        Case{"Range: bytes=5-\r\nIf-Range: \"old\"\r\n", 200, "0123456789"}}) {
+    const QUrl url(server.catalog() + QStringLiteral("/download/VellumDemoFilm/") + name);
+    HttpReader reader(url);
+    reader.get(url, headers);
+    const auto head = reader.readHead();
+    EXPECT_TRUE(head.starts_with("HTTP/1.1 " + std::to_string(status))) << headers << head;
+    EXPECT_EQ(reader.readAll(), body) << headers;
+  }
+}
+
+TEST(LoopbackIndexers, FiltersSortsAndPagesTheCatalog) {
+  const auto items = inventedItems({});
+  const auto search = [&](const char* query) {
+    const auto page = searchCatalog(items, QUrlQuery(QString::fromLatin1(query)));
+    std::string found = std::to_string(page.found) + ':';
+    for (const CatalogItem* item : page.items) found += ' ' + item->title.toStdString();
+    return found;
+  };
+  EXPECT_EQ(search("q=subject:(mouse)&sort[]=year desc"), "1: Barnaby Mouse Goes Fishing");
+  EXPECT_EQ(search("q=(title:(moon) OR description:(space)) AND mediatype:(movies)"),
+            "2: Invaders of the Ninth Moon Moonbeam Mail");
+  EXPECT_EQ(search("q=collection:(prelinger)&sort[]=year asc&rows=2&page=2"),
+            "4: Your Friend the Switchboard Safety at the Crossing");
+  EXPECT_EQ(search("q=title:(ferry)"), "1: A Ferry to Nowhere");
+  EXPECT_EQ(search("q=title:(ferry) AND -access-restricted-item:true"), "0:");
+  EXPECT_EQ(search("q=colour:(red)"), "0:");
 }
 
 } // namespace

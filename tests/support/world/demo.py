@@ -1,6 +1,7 @@
 """The demo world: our own loopback tracker and seeders, with lines of chosen quality."""
 import os
 import re
+import urllib.request
 from pathlib import Path
 
 from .clients import Torrent
@@ -22,6 +23,17 @@ class DemoWorld(Process):
         self.seeders = self._lines("SEEDER")
         self.torrent = Torrent(Path(self._lines("TORRENT")[0]), self._lines("HASH")[0])
         self.magnet = self._lines("MAGNET")[0]
+        # With --indexers alone:
+        self.indexers = dict(line.split() for line in self._lines("INDEXER"))
+        self.catalog = "".join(self._lines("CATALOG"))
+
+    def requests(self) -> list[str]:
+        """What the indexers and the catalog were asked so far: paths with their queries."""
+        return self._lines("REQUEST")
+
+    def ask(self, indexer: str, path: str) -> bytes:
+        with urllib.request.urlopen(self.indexers[indexer] + path, timeout=10) as answer:
+            return bytes(answer.read())
 
     def _lines(self, word: str) -> list[str]:
         return re.findall(rf"^{word} (.*)$", self.out(), re.M)
