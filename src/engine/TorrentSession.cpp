@@ -1,13 +1,9 @@
 #include "engine/TorrentSession.h"
 #include <QDir>
-#include <QFileInfo>
-#include <QSaveFile>
 
 namespace vellum {
 
 namespace {
-
-constexpr std::int64_t kExtractLimit = 0x2000000; // bytes; larger files are not for memory
 
 std::optional<FileRange> rangeOf(const SessionCore& core, std::int64_t file) {
   const auto& meta = core.meta();
@@ -128,19 +124,6 @@ std::optional<ByteVector> TorrentSession::read(std::int64_t abs, std::int64_t le
 
 void TorrentSession::select(std::int64_t file, const std::vector<int>& subtitles) {
   onStrand([&] { m_runner->core().select(file, subtitles); });
-}
-
-bool TorrentSession::extract(std::int64_t file, const QString& destination) {
-  const auto range = fileRange(file);
-  if (!range || !hasRange(range->offset, std::max<std::int64_t>(range->length, 1))) return false;
-  if (range->length >= kExtractLimit) return false;
-  const auto bytes = read(range->offset, range->length);
-  if (!bytes || static_cast<std::int64_t>(bytes->size()) != range->length) return false;
-  QDir().mkpath(QFileInfo(destination).path());
-  QSaveFile out(destination);
-  if (!out.open(QIODevice::WriteOnly)) return false;
-  out.write(reinterpret_cast<const char*>(bytes->data()), static_cast<qint64>(bytes->size()));
-  return out.commit();
 }
 
 Flow<StreamSource::Files> TorrentSession::filesAsync() {

@@ -44,8 +44,6 @@ public:
   bool hasRange(std::int64_t abs, std::int64_t length);
   std::optional<ByteVector> read(std::int64_t abs, std::int64_t length);
   void select(std::int64_t file, const std::vector<int>& subtitles);
-  // Cuts one complete file of less than 32 MiB out of the payload; replaces what is there.
-  bool extract(std::int64_t file, const QString& destination);
 
   Flow<Files> filesAsync() override;
   Flow<std::optional<FileRange>> fileRangeAsync(std::int64_t file) override;

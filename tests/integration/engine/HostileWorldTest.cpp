@@ -1,6 +1,8 @@
 // A session whose trackers, folder or disk do not play along.
 #include "ScriptedPeer.h"
 #include "SessionWorld.h"
+#include "streaming/ExtractFile.h"
+#include "support/RunFlow.h"
 #include <QFile>
 #include <asio/read_until.hpp>
 #include <csignal>
@@ -70,7 +72,7 @@ TEST_F(HostileWorldTest, AFolderThatCannotBeMade) {
     session->addPeers({loopback(seeder.port())});
     EXPECT_TRUE(finishes(*session)); // what came is lost, but it ends
     EXPECT_FALSE(session->read(0, 1));
-    EXPECT_FALSE(session->extract(1, folder.filePath(QStringLiteral("film.srt"))));
+    EXPECT_FALSE(runFlow(extractFile(session, 1, folder.filePath(QStringLiteral("film.srt")))));
     session->stop(true);
     EXPECT_TRUE(inTheWay.exists());
   }

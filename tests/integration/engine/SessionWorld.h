@@ -25,8 +25,8 @@ struct SessionWorld : testing::Test, test::MainThread {
       qunsetenv(variable);
   }
 
-  std::unique_ptr<TorrentSession> makeSession(const QStringList& trackers, bool knowsMeta) {
-    return std::make_unique<TorrentSession>(environment, torrent.infoHash, trackers, QString(),
+  std::shared_ptr<TorrentSession> makeSession(const QStringList& trackers, bool knowsMeta) {
+    return std::make_shared<TorrentSession>(environment, torrent.infoHash, trackers, QString(),
                                             directory, knowsMeta ? meta : nullptr);
   }
 

@@ -1,6 +1,8 @@
 // A session against honest counterparts: from nothing but a hash to bytes on disk, and back out.
 #include "ScriptedPeer.h"
 #include "SessionWorld.h"
+#include "streaming/ExtractFile.h"
+#include "support/RunFlow.h"
 #include <QFile>
 #include <asio/ip/udp.hpp>
 #include <list>
@@ -40,7 +42,7 @@ TEST_F(TorrentSessionTest, FindsItsPeersByEitherTrackerAndItsFilesWithOrWithoutA
       EXPECT_EQ((overUdp ? tracker.udpAnnounces() : tracker.httpAnnounces()), 1);
 
       const QString subtitle = folder.filePath(QStringLiteral("subs/film.srt"));
-      ASSERT_TRUE(session->extract(1, subtitle));
+      ASSERT_TRUE(runFlow(extractFile(session, 1, subtitle)));
       QFile cut(subtitle);
       ASSERT_TRUE(cut.open(QIODevice::ReadOnly));
       EXPECT_TRUE(std::ranges::equal(asBytes(cut.readAll()), torrent.fileBytes(1)));
