@@ -42,4 +42,18 @@ std::optional<StreamFailure> checkFreeFor(std::int64_t neededBytes, std::int64_t
           .arg(formatByteCount(neededBytes)));
 }
 
+std::optional<QString> NoticeRule::notice(bool isBuffering, const SessionSnapshot& snapshot,
+                                          TimePoint now) {
+  const bool isStalled = isBuffering && snapshot.peers == 0;
+  if (!isStalled)
+    m_stalledSince.reset();
+  else if (!m_stalledSince)
+    m_stalledSince = now;
+  if (isStalled && secondsBetween(*m_stalledSince, now) > kStalledNotice)
+    return QCoreApplication::translate("StreamState", "Stream stalled — no peers connected");
+  if (isBuffering && snapshot.peers > 0 && snapshot.secondsSinceProgress > kWaitingNotice)
+    return QCoreApplication::translate("StreamState", "Waiting for data from peers…");
+  return std::nullopt;
+}
+
 } // namespace vellum

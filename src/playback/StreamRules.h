@@ -12,6 +12,8 @@ inline constexpr std::int64_t kFreeAtStart = 314572800; // bytes of disk before 
 inline constexpr std::int64_t kFreeMargin = 209715200;  // bytes beside what the files need
 inline constexpr double kMetadataLimit = 60.0;          // seconds
 inline constexpr double kStallLimit = 45.0;             // seconds
+inline constexpr double kStalledNotice = 20.0;          // seconds of buffering without peers
+inline constexpr double kWaitingNotice = 15.0;          // seconds of buffering without a block
 inline constexpr std::chrono::seconds kTorrentFetchTimeout{25};
 
 // The peers named in a link ("x.pe=host:port"). An item without a usable port is passed over.
@@ -34,6 +36,15 @@ public:
 
 private:
   TimePoint m_lastPeerSeen;
+};
+
+// What a stream that plays tells its viewer while the player waits. A value; fed once a second.
+class NoticeRule {
+public:
+  std::optional<QString> notice(bool isBuffering, const SessionSnapshot& snapshot, TimePoint now);
+
+private:
+  std::optional<TimePoint> m_stalledSince; // buffering with no peer
 };
 
 } // namespace vellum

@@ -1,0 +1,191 @@
+// Everything around the playback coordinator, played by a test: engine, disk, network, player.
+#pragma once
+#include "base/IoPool.h"
+#include "net/NetError.h"
+#include "playback/PlaybackCoordinator.h"
+#include "support/MainThread.h"
+#include "support/ManualClock.h"
+#include <QCoreApplication>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace vellum::test {
+
+struct FakeSession final : StreamSession {
+  QString key() const override { return hash; }
+  QString directory() const override { return folder; }
+  SessionSnapshot snapshot() override { return snap; }
+  void addPeers(std::vector<PeerAddr> added) override { peers = std::move(added); }
+  void select(int file, const std::vector<int>& subtitles) override {
+    selected = file;
+    selectedSubtitles = subtitles;
+  }
+  Flow<std::optional<QUrl>> url(int, QString) override { return answer(address); }
+  Flow<bool> extract(int file, QString destination) override {
+    if (complete.contains(file)) extracted.append(destination);
+    return answer(complete.contains(file));
+  }
+  template <class T>
+  static Flow<T> answer(T value) {
+    co_return value;
+  }
+
+  QString hash;
+  QString folder;
+  SessionSnapshot snap;
+  std::optional<std::vector<PeerAddr>> peers;
+  std::optional<int> selected;
+  std::vector<int> selectedSubtitles;
+  std::optional<QUrl> address = QUrl(QStringLiteral("http://127.0.0.1:1/key/0/film.mkv"));
+  QList<int> complete; // files that can be cut out
+  QStringList extracted;
+};
+
+// Fixture; the test's own thread is the main thread.
+struct PlaybackWorld : testing::Test,
+                       MainThread,
+                       PlaybackSurroundings,
+                       StreamPlayer,
+                       ExternalPlayers::Desktop {
+  // The engine.
+  std::shared_ptr<StreamSession> acquire(const Hash20& hash, const QStringList& trackers,
+                                         const QString& title,
+                                         std::shared_ptr<const TorrentMeta> meta) override {
+    events +=
+        QStringLiteral("acquire %1 %2 %3").arg(toHex(hash).first(4), title).arg(trackers.size());
+    session->hash = toHex(hash);
+    if (meta) session->snap.meta = meta;
+    return session;
+  }
+  void release(StreamSession&) override { events += QStringLiteral("release"); }
+  // Settings, disk, network, time.
+  QString preferredQuality() const override { return QStringLiteral("1080p"); }
+  std::int64_t freeSpace() const override { return freeBytes; }
+  Flow<QByteArray> fetch(QUrl url, std::chrono::seconds timeout) override {
+    return download(*this, std::move(url), timeout);
+  }
+  static Flow<QByteArray> download(PlaybackWorld& self, QUrl url, std::chrono::seconds timeout) {
+    self.events += QStringLiteral("fetch %1 %2").arg(url.host()).arg(timeout.count());
+    if (self.fetchError) throw NetError(*self.fetchError);
+    co_return self.torrentFile;
+  }
+  Flow<> sleep(std::chrono::milliseconds duration) override {
+    const TimePoint due = clock.now() + duration;
+    co_await asio::async_initiate<const asio::use_awaitable_t<>&, void(asio::error_code)>(
+        [&](auto handler) {
+          auto slot = asio::get_associated_cancellation_slot(handler);
+          const auto held = std::make_shared<std::optional<decltype(handler)>>(std::move(handler));
+          auto wake = [held, loop = main.executor()](asio::error_code error) {
+            if (!*held) return;
+            auto taken = std::move(**held);
+            held->reset();
+            asio::post(loop,
+                       [taken = std::move(taken), error]() mutable { std::move(taken)(error); });
+          };
+          if (slot.is_connected())
+            slot.assign([wake](asio::cancellation_type) { wake(asio::error::operation_aborted); });
+          sleepers.push_back({due, wake});
+        },
+        asio::use_awaitable);
+  }
+  TimePoint now() const override { return clock.now(); }
+  double secondsSince2001() const override { return 1000; }
+  // The player.
+  void load(const QUrl& url, double startAt) override {
+    events += QStringLiteral("load %1 %2").arg(url.path().section(u'/', -1)).arg(startAt);
+    time = 0;
+    coordinator->playerTime(0);
+  }
+  void stop() override {
+    events += QStringLiteral("stop");
+    time = 0;
+    if (coordinator) coordinator->playerTime(0);
+  }
+  void clearError() override { events += QStringLiteral("clearError"); }
+  bool isBuffering() const override { return buffering; }
+  double currentTime() const override { return time; }
+  double duration() const override { return length; }
+  // The desktop.
+  bool isExecutable(const QString& path) const override { return path == executable; }
+  bool launch(const QString& program, const QStringList& arguments) override {
+    events += program + u' ' + arguments.join(u' ');
+    return launches;
+  }
+  void terminate() override {}
+  QString findProgram(const QString&) const override { return onPath; }
+  bool openInVlc(const QUrl& url) override {
+    if (hasVlc) events += QStringLiteral("vlc ") + url.toString();
+    return hasVlc;
+  }
+
+  // Lets what can run run, then lets time pass and wakes who slept.
+  void turn() { QCoreApplication::processEvents(); }
+  void pass(double seconds) {
+    clock.advance(seconds);
+    const auto asleep = std::exchange(sleepers, {});
+    for (const auto& [due, wake] : asleep) {
+      if (due <= clock.now())
+        wake({});
+      else
+        sleepers.push_back({due, wake});
+    }
+    turn();
+  }
+  QStringList takeEvents() { return std::exchange(events, {}); }
+  const StreamState& stream() const { return *coordinator->stream(); }
+  QString failureText() const {
+    return coordinator->stream() && stream().failure ? stream().failure->text() : QString();
+  }
+  static std::shared_ptr<const TorrentMeta> meta(const std::vector<TorrentFileEntry>& files) {
+    auto made = std::make_shared<TorrentMeta>();
+    made->files = files;
+    return made;
+  }
+  static TorrentResult result(const char* hash, const char* title,
+                              std::optional<qint64> seeders = 1) {
+    TorrentResult made;
+    made.infoHash = QString(40, QLatin1Char(*hash));
+    made.id = *made.infoHash;
+    made.title = QLatin1String(title);
+    made.seeders = seeders;
+    return made;
+  }
+
+  ManualClock clock;
+  IoPool pool;
+  QTemporaryDir folder;
+  struct Sleeper {
+    TimePoint due;
+    std::function<void(asio::error_code)> wake;
+  };
+  std::vector<Sleeper> sleepers;
+  QStringList events;
+  std::shared_ptr<FakeSession> session = std::make_shared<FakeSession>();
+  std::int64_t freeBytes = INT64_MAX / 2;
+  std::optional<NetError> fetchError;
+  QByteArray torrentFile;
+  bool buffering = false;
+  double time = 0;
+  double length = 0;
+  QString executable;
+  QString onPath;
+  bool launches = true;
+  bool hasVlc = false;
+
+  LibraryStore library{folder.filePath(QStringLiteral("history.json"))};
+  SubtitleManager subtitles{main, pool, [](QUrl, std::chrono::milliseconds) -> Flow<QByteArray> {
+                              co_return QByteArray();
+                            }};
+  ExternalPlayers players{*this};
+  std::optional<PlaybackCoordinator> coordinator{
+      std::in_place, main.executor(),
+      PlaybackCoordinator::Services{*this, *this, subtitles, library, players}};
+  int presented = 0;
+
+  PlaybackWorld() {
+    coordinator->setPresentPlayer([this] { ++presented; });
+    session->folder = folder.path();
+  }
+};
+
+} // namespace vellum::test
