@@ -1,8 +1,7 @@
 #include "storage/LibraryStore.h"
-#include <QDir>
+#include "base/ReplaceFile.h"
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <algorithm>
 
 namespace vellum {
@@ -34,13 +33,7 @@ void LibraryStore::publishAndSave() {
   Q_EMIT historyChanged();
   const auto json = toJson(m_history);
   if (!json) return;
-  QDir().mkpath(QFileInfo(m_file).path());
-  QSaveFile file(m_file);
-  if (!file.open(QIODevice::WriteOnly)) return;
-  // Nobody else's business.
-  file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-  // Qt would commit what a full disk has cut short.
-  if (file.write(*json) == json->size() && file.flush()) file.commit();
+  replaceFile(m_file, *json, Privacy::OwnerOnly);
 }
 
 HistoryEntries LibraryStore::continueWatching() const {

@@ -1,9 +1,7 @@
 #include "storage/PreferenceStore.h"
-#include <QDir>
+#include "base/ReplaceFile.h"
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonDocument>
-#include <QSaveFile>
 
 namespace vellum {
 
@@ -24,14 +22,8 @@ void PreferenceStore::load() {
 }
 
 void PreferenceStore::save(const QJsonObject& values) {
-  QDir().mkpath(QFileInfo(m_path).path());
   if (m_fileIsBroken && !putBrokenFileAside()) return;
-  QSaveFile file(m_path);
-  if (!file.open(QIODevice::WriteOnly)) return;
-  // Keys of providers stand in it.
-  file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-  file.write(QJsonDocument(values).toJson());
-  file.commit();
+  replaceFile(m_path, QJsonDocument(values).toJson(), Privacy::OwnerOnly); // with providers' keys
 }
 
 bool PreferenceStore::putBrokenFileAside() {

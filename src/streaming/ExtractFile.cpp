@@ -1,7 +1,5 @@
 #include "streaming/ExtractFile.h"
-#include <QDir>
-#include <QFileInfo>
-#include <QSaveFile>
+#include "base/ReplaceFile.h"
 #include <algorithm>
 
 namespace vellum {
@@ -12,13 +10,10 @@ Flow<bool> extractFile(std::shared_ptr<StreamSource> source, std::int64_t file,
   if (!range || range->length >= kExtractLimit) co_return false;
   if (!co_await source->hasRangeAsync(range->offset, std::max<std::int64_t>(range->length, 1)))
     co_return false;
-  std::vector<std::byte> bytes(static_cast<std::size_t>(range->length));
-  if (co_await source->readAsync(range->offset, bytes) != bytes.size()) co_return false;
-  QDir().mkpath(QFileInfo(destination).path());
-  QSaveFile out(destination);
-  if (!out.open(QIODevice::WriteOnly)) co_return false;
-  out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<qint64>(bytes.size()));
-  co_return out.commit();
+  QByteArray bytes(static_cast<qsizetype>(range->length), Qt::Uninitialized);
+  const std::span into(reinterpret_cast<std::byte*>(bytes.data()), std::size_t(bytes.size()));
+  if (co_await source->readAsync(range->offset, into) != into.size()) co_return false;
+  co_return replaceFile(destination, bytes, Privacy::Everybody);
 }
 
 } // namespace vellum

@@ -2,8 +2,10 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <csignal>
 #include <gtest/gtest.h>
 #include <limits>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -31,6 +33,21 @@ struct PreferenceStoreTest : testing::Test {
 
 constexpr std::int64_t kLargest = std::numeric_limits<std::int64_t>::max();
 const QByteArray kBytes("\0\xff[1]\n", 6);
+
+TEST_F(PreferenceStoreTest, AFullDiskLeavesTheFileAsItWas) {
+  PreferenceStore store(path);
+  store.set(key("kept"), true);
+  const QByteArray before = contents(path);
+  rlimit limit{};
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &limit), 0);
+  const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit full{64, limit.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &full), 0);
+  store.set(key("large"), QString(1000, u'x'));
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+  std::signal(SIGXFSZ, oldHandler);
+  EXPECT_EQ(contents(path), before);
+}
 
 TEST_F(PreferenceStoreTest, AnotherProcessReadsWhatThisOneWroteTypeByType) {
   const pid_t child = ::fork();
