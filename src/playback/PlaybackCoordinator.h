@@ -58,6 +58,7 @@ public:
   void retry();
 
   void saveNow();
+  void resetSubtitles(const SubtitleTracks& tracks) { m_services.subtitles.reset(tracks); }
   // Resumes a row of the history.
   void play(const HistoryEntry& entry);
   // Plays a file or an address that is no stream, from where the history left it.
