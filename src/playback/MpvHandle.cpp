@@ -65,6 +65,7 @@ constexpr Option kOptions[] = {
     {"idle", "yes"},
     {"pause", "yes"},
     {"keep-open", "yes"},
+    {"reset-on-next-file", "vid,aid"},
     {"hr-seek", "yes"},
     {"hr-seek-framedrop", "no"},
 };

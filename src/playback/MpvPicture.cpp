@@ -6,7 +6,7 @@ namespace vellum {
 
 MpvPicture::MpvPicture(std::shared_ptr<MpvHandle> handle) : m_handle(std::move(handle)) {}
 
-MpvPicture::~MpvPicture() { endOpenGl(); }
+MpvPicture::~MpvPicture() { endOpenGl(m_context); }
 
 void MpvPicture::viewInSoftware(const void* viewer, int width, int height) {
   if (!m_software) {
@@ -26,7 +26,7 @@ std::shared_ptr<const SoftwareFrame> MpvPicture::softwareFrame() const {
   return m_software ? m_software->frame() : nullptr;
 }
 
-void MpvPicture::beginOpenGl(GetProcAddress getProcAddress) {
+void MpvPicture::beginOpenGl(const void* context, GetProcAddress getProcAddress) {
   if (m_isReady || m_handle->get() == nullptr) return;
   char api[] = MPV_RENDER_API_TYPE_OPENGL;
   mpv_opengl_init_params init{getProcAddress, nullptr};
@@ -37,14 +37,15 @@ void MpvPicture::beginOpenGl(GetProcAddress getProcAddress) {
     m_openGl = nullptr;
     return;
   }
+  m_context = context;
   mpv_render_context_set_update_callback(
       m_openGl, [](void* self) { Q_EMIT static_cast<MpvPicture*>(self)->frameReady(); }, this);
   m_isReady = true;
   Q_EMIT ready();
 }
 
-void MpvPicture::drawOpenGl(int framebuffer, int width, int height) {
-  if (m_openGl == nullptr) return;
+void MpvPicture::drawOpenGl(const void* context, int framebuffer, int width, int height) {
+  if (m_context != context) return;
   mpv_opengl_fbo target{framebuffer, width, height, 0};
   int block = 0;
   mpv_render_param parameters[] = {{MPV_RENDER_PARAM_OPENGL_FBO, &target},
@@ -53,9 +54,10 @@ void MpvPicture::drawOpenGl(int framebuffer, int width, int height) {
   mpv_render_context_render(m_openGl, parameters);
 }
 
-void MpvPicture::endOpenGl() {
-  if (m_openGl == nullptr) return;
+void MpvPicture::endOpenGl(const void* context) {
+  if (context == nullptr || m_context != context) return;
   m_isReady = false;
+  m_context = nullptr;
   mpv_render_context_set_update_callback(m_openGl, nullptr, nullptr);
   mpv_render_context_free(std::exchange(m_openGl, nullptr));
 }

@@ -32,13 +32,13 @@ public:
   // Null until there is one.
   std::shared_ptr<const SoftwareFrame> softwareFrame() const;
 
-  // The thread that draws, with its OpenGL context current. beginOpenGl() does nothing when called
-  // again; endOpenGl() must be called before that context goes, and what plays shows nothing then
-  // until it begins anew.
+  // On the thread that draws, with its OpenGL context current, by which the caller names itself:
+  // while one has begun, what others ask is passed over. Beginning again does nothing. Whoever
+  // began must end before the context goes; what plays shows nothing then until somebody begins.
   using GetProcAddress = void* (*)(void*, const char* name);
-  void beginOpenGl(GetProcAddress getProcAddress);
-  void drawOpenGl(int framebuffer, int width, int height);
-  void endOpenGl();
+  void beginOpenGl(const void* context, GetProcAddress getProcAddress);
+  void drawOpenGl(const void* context, int framebuffer, int width, int height);
+  void endOpenGl(const void* context);
 
 Q_SIGNALS:
   void ready();      // from any thread
@@ -47,6 +47,7 @@ Q_SIGNALS:
 private:
   std::shared_ptr<MpvHandle> m_handle;
   std::atomic<bool> m_isReady = false;
+  std::atomic<const void*> m_context = nullptr; // whose m_openGl is
   mpv_render_context* m_openGl = nullptr;
   std::unique_ptr<MpvSoftwarePainter> m_software;
 };

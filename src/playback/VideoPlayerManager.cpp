@@ -84,13 +84,12 @@ void VideoPlayerManager::load(const QUrl& url, double startAt) {
 
 // Called for a new item, and when somebody begins to draw.
 void VideoPlayerManager::open() {
-  if (m_item == Item::Ready) return m_core.setText("vid", "auto");
+  // The player gave up the picture when nobody drew any more.
+  if (m_item == Item::Ready) return m_core.setText("vid", "1");
   if (m_item != Item::Opening || m_isAsked || !m_picture->isReady()) return;
   m_isAsked = true;
   const bool startsLater = m_pendingStart > kStartAtZero && std::isfinite(m_pendingStart);
   m_core.setText("start", startsLater ? QByteArray::number(m_pendingStart, 'f', 3) : "none");
-  m_core.setText("vid", "auto");
-  m_core.setText("aid", "auto");
   m_core.command({"loadfile", addressOf(m_currentURL), "replace"}, request(Question::Load));
   m_core.setFlag("pause", !m_wantsToPlay);
 }

@@ -115,6 +115,9 @@ TEST_F(PlayerWorld, ChoosesAmongTheSoundTracks) {
   EXPECT_EQ(player->selectedAudio(), options[1]);
   EXPECT_TRUE(turnUntil([&] { return told == 2; }));
   EXPECT_EQ(player->selectedAudio(), options[1]);
+  // The choice was one for this item.
+  play(film());
+  EXPECT_EQ(player->selectedAudio(), options[0]);
 }
 
 TEST_F(PlayerWorld, TellsWhyAnItemFailsAndOpensNothingElse) {
