@@ -21,5 +21,9 @@ QString movies() {
   return below("Movies", QStandardPaths::writableLocation(QStandardPaths::MoviesLocation));
 }
 QString preferences() { return below("Preferences", standardPreferences()); }
+QString runtime() {
+  return below("Runtime", QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) +
+                              QStringLiteral("/vellum"));
+}
 
 } // namespace vellum::folders

@@ -8,5 +8,6 @@ namespace vellum::folders {
 QString applicationSupport(); // where applications keep what is theirs
 QString movies();
 QString preferences();
+QString runtime(); // what lasts as long as the program runs: its socket
 
 } // namespace vellum::folders

@@ -1,0 +1,24 @@
+#include "desktop/LaunchArguments.h"
+#include <QDir>
+#include <QFileInfo>
+#include <QUrl>
+
+namespace vellum {
+
+QStringList openableLinks(const QStringList& arguments, const QString& workingFolder) {
+  QStringList out;
+  for (const QString& argument : arguments) {
+    if (argument.startsWith(QLatin1String("magnet:"))) {
+      out += argument;
+      continue;
+    }
+    if (argument.startsWith(u'-')) continue;
+    const bool isAddress = argument.startsWith(QLatin1String("file:"), Qt::CaseInsensitive);
+    const QString path = isAddress ? QUrl(argument).toLocalFile() : argument;
+    if (QFileInfo(path).suffix().toLower() == u"torrent")
+      out += QDir::cleanPath(QDir(workingFolder).absoluteFilePath(path));
+  }
+  return out;
+}
+
+} // namespace vellum
