@@ -1,0 +1,95 @@
+// The torrent search screen behind its controls.
+#pragma once
+#include "app/LinkOpener.h"
+#include "playback/PlaybackCoordinator.h"
+#include "providers/ProviderRegistry.h"
+#include "providers/SearchAggregator.h"
+#include "ui/torrents/TorrentTable.h"
+#include <QVariantList>
+
+namespace vellum::ui {
+
+// Main thread. Results live in the aggregator; filters and order live as long as this.
+class TorrentSearchModel final : public QObject {
+  Q_OBJECT
+  Q_PROPERTY(vellum::ui::TorrentTable* table READ table CONSTANT)
+  Q_PROPERTY(QString query MEMBER m_query NOTIFY queryChanged)
+  Q_PROPERTY(QString magnetText MEMBER m_magnetText NOTIFY magnetTextChanged)
+  Q_PROPERTY(bool hasProviders READ hasProviders NOTIFY providersChanged)
+  Q_PROPERTY(QVariantList statuses READ statuses NOTIFY statusesChanged) // {name, state, text}
+  Q_PROPERTY(QVariantList banners READ banners NOTIFY statusesChanged)   // {text, offersSettings}
+  Q_PROPERTY(QString emptyText READ emptyText NOTIFY emptyTextChanged)   // "" when there are rows
+  Q_PROPERTY(QString resolution READ resolution WRITE setResolution NOTIFY filterChanged)
+  Q_PROPERTY(QString format READ format WRITE setFormat NOTIFY filterChanged)
+  Q_PROPERTY(int maxSizeGB READ maxSizeGB WRITE setMaxSizeGB NOTIFY filterChanged)
+  Q_PROPERTY(QStringList hiddenSources READ hiddenSources NOTIFY filterChanged)
+  Q_PROPERTY(int sortColumn READ sortColumn NOTIFY filterChanged)
+  Q_PROPERTY(bool sortAscending READ sortAscending NOTIFY filterChanged)
+
+public:
+  // All outlive it.
+  struct Services {
+    SearchAggregator& aggregator;
+    ProviderRegistry& registry;
+    PlaybackCoordinator& playback;
+    LinkOpener& links;
+    Navigation& navigation;
+    std::function<void(const QString&)> copy;  // onto the clipboard
+    std::function<void(const QUrl&)> openPage; // in the browser; http and https only
+  };
+  explicit TorrentSearchModel(Services services);
+
+  TorrentTable* table() { return &m_table; }
+  bool hasProviders() const { return !m_services.registry.enabledProviders().empty(); }
+  QVariantList statuses() const;
+  QVariantList banners() const;
+  QString emptyText() const;
+
+  QString resolution() const { return m_table.filter().resolution; }
+  QString format() const { return m_table.filter().format; }
+  int maxSizeGB() const { return m_table.filter().maxSizeGB; }
+  QStringList hiddenSources() const;
+  int sortColumn() const { return int(m_table.order().column); }
+  bool sortAscending() const { return m_table.order().ascending; }
+  void setResolution(const QString& resolution);
+  void setFormat(const QString& format);
+  void setMaxSizeGB(int gigabytes);
+  Q_INVOKABLE void showSource(const QString& source, bool shown);
+  // By that column; by the same once more, the other way round.
+  Q_INVOKABLE void sortBy(int column);
+
+  Q_INVOKABLE void search();
+  Q_INVOKABLE void inspectMagnet();
+  Q_INVOKABLE void openSettings();
+  // Rows are named by their keys.
+  Q_INVOKABLE void play(const QString& key);
+  // {id, quality, seeds}; empty unless there is more than one.
+  Q_INVOKABLE QVariantList variants(const QString& key) const;
+  Q_INVOKABLE void playVariant(const QString& key, const QString& variantId);
+  // What the menu of a row offers: {id, text}.
+  Q_INVOKABLE QVariantList actions(const QString& key) const;
+  Q_INVOKABLE void act(const QString& key, const QString& actionId);
+
+Q_SIGNALS:
+  void queryChanged();
+  void magnetTextChanged();
+  void providersChanged();
+  void statusesChanged();
+  void emptyTextChanged();
+  void filterChanged();
+
+private:
+  struct Action;
+  std::vector<Action> actionsOf(const TorrentResult& result) const;
+  template <class Change>
+  void changeFilter(Change change);
+  void playResult(const TorrentResult& result);
+  void showItem(const TorrentResult& result) const;
+
+  Services m_services;
+  TorrentTable m_table;
+  QString m_query;
+  QString m_magnetText;
+};
+
+} // namespace vellum::ui
