@@ -1,0 +1,32 @@
+import QtQuick
+import QtQuick.Templates as T
+import Vellum.Theme
+
+// The ground of everything that can be pressed: lighter under the pointer, lighter still while
+// pressed, with a ring when the keyboard has brought the focus.
+Rectangle {
+    id: surface
+
+    required property T.AbstractButton control
+
+    color: Theme.clear
+    opacity: control.enabled ? 1 : Theme.disabledStrength
+    radius: Theme.radiusM
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.text
+        opacity: surface.control.down ? Theme.pressStrength : surface.control.hovered ? Theme.hoverStrength : 0
+        radius: surface.radius
+
+        Behavior on opacity {
+            NumberAnimation {
+                duration: Theme.motionFast
+                easing.type: Theme.easing
+            }
+        }
+    }
+    FocusRing {
+        shown: surface.control.visualFocus
+    }
+}

@@ -1,0 +1,36 @@
+import QtQuick
+import QtQuick.Templates as T
+import Vellum.Theme
+
+// A drawing to press. Its `text` is what a tooltip and a screen reader say.
+T.Button {
+    id: button
+
+    property color color: checked ? Theme.accent : Theme.text
+    property int size: Theme.iconM
+
+    implicitHeight: Math.max(Theme.controlHeight, size + Theme.spaceL)
+    implicitWidth: implicitHeight
+    Accessible.name: text
+    Accessible.role: Accessible.Button
+    Keys.onEnterPressed: Press.on(button)
+    Keys.onReturnPressed: Press.on(button)
+
+    background: ControlSurface {
+        control: button
+        radius: button.height / 2
+    }
+    contentItem: Item {
+        Icon {
+            anchors.centerIn: parent
+            color: button.color
+            name: button.icon.name
+            size: button.size
+        }
+    }
+
+    Tip {
+        shown: button.hovered && !button.down
+        text: button.text
+    }
+}

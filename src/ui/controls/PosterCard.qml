@@ -1,0 +1,90 @@
+import QtQuick
+import QtQuick.Templates as T
+import Vellum.Theme
+
+// A film to press: its picture, its title in two lines at most, a subtitle. `progress` from 0 to 1
+// draws how far it was seen, below 0 nothing. While `loading` all of it is a skeleton.
+T.AbstractButton {
+    id: card
+
+    property bool loading: false
+    property real progress: -1
+    property url source
+    property string subtitle
+
+    enabled: !loading
+    focusPolicy: Qt.StrongFocus
+    implicitHeight: implicitContentHeight
+    implicitWidth: Theme.posterWidth
+    Accessible.description: subtitle
+    Accessible.name: text
+    Accessible.role: Accessible.Button
+    Keys.onEnterPressed: Press.on(card)
+    Keys.onReturnPressed: Press.on(card)
+
+    contentItem: Column {
+        spacing: card.loading ? Theme.spaceS : Theme.spaceXS
+
+        Picture {
+            height: Math.round(width * Theme.posterShape)
+            loading: card.loading
+            opacity: card.down ? 1 - Theme.pressStrength : 1
+            source: card.source
+            width: parent.width
+
+            Rectangle {
+                anchors.fill: parent
+                border.color: card.hovered ? Theme.track : Theme.hairline
+                border.width: Theme.hairlineWidth
+                color: Theme.clear
+                radius: Theme.radiusM
+                visible: !card.loading
+
+                FocusRing {
+                    shown: card.visualFocus
+                }
+            }
+            ProgressBar {
+                anchors.bottom: parent.bottom
+                anchors.left: parent.left
+                anchors.margins: Theme.spaceS
+                anchors.right: parent.right
+                name: qsTr("Watched")
+                value: card.progress
+                visible: card.progress >= 0
+            }
+        }
+        Label {
+            id: title
+
+            font.weight: Font.Medium
+            maximumLineCount: 2
+            text: card.text
+            topPadding: Theme.spaceXS
+            visible: !card.loading
+            width: parent.width
+            wrapMode: Text.Wrap
+            Accessible.ignored: true
+        }
+        Label {
+            color: Theme.textMuted
+            font.pixelSize: Theme.fontSmall
+            // A subtitle stands under its title, on whichever side that begins.
+            horizontalAlignment: title.effectiveHorizontalAlignment
+            text: card.subtitle
+            visible: !card.loading && text !== ""
+            width: parent.width
+            Accessible.ignored: true
+        }
+        Skeleton {
+            height: Theme.fontBody
+            visible: card.loading
+            width: parent.width
+        }
+        Skeleton {
+            height: Theme.fontSmall
+            visible: card.loading
+            width: parent.width / 2
+        }
+    }
+}

@@ -1,0 +1,95 @@
+pragma Singleton
+import QtQuick
+
+// Every colour, size and duration of the user interface. Sizes are in points, durations in
+// milliseconds; no other QML file has a literal of either.
+QtObject {
+    // Three depths, from the ground up: the window, what lies on it, what floats above that.
+    readonly property color background: "#0d0e12"
+    readonly property color panel: "#15171c"
+    readonly property color raised: "#20232b"
+
+    readonly property color accent: "#a9a4ff"
+    readonly property color accentInk: "#12111f"
+
+    readonly property color text: "#f3f3f6"
+    readonly property color textMuted: "#a8acb8"
+    readonly property color textFaint: "#7d8290"
+
+    readonly property color good: "#63cf93"
+    readonly property color warn: "#f0b55e"
+    readonly property color bad: "#ff7a72"
+    readonly property color badInk: "#22090a"
+
+    readonly property color clear: "transparent"
+    readonly property color video: "#000000"
+    readonly property color shade: "#a6000000"
+    readonly property color hairline: "#17ffffff"
+    readonly property color track: "#2bffffff"
+    readonly property color buffered: "#4dffffff"
+
+    // What lies over a control while the pointer is on it or presses it, or behind a tinted one.
+    readonly property real hoverStrength: 0.06
+    readonly property real pressStrength: 0.12
+    readonly property real tintStrength: 0.14
+    readonly property real disabledStrength: 0.4
+
+    readonly property int spaceXS: 4
+    readonly property int spaceS: 8
+    readonly property int spaceM: 12
+    readonly property int spaceL: 16
+    readonly property int spaceXL: 24
+    readonly property int spaceXXL: 32
+    readonly property int spaceHuge: 48
+
+    readonly property int radiusS: 4
+    readonly property int radiusM: 8
+    readonly property int radiusL: 14
+
+    // Said by each control, for the templates would take the platform's.
+    readonly property string family: Application.font.family
+    readonly property int fontSmall: 11
+    readonly property int fontBody: 13
+    readonly property int fontHeading: 16
+    readonly property int fontTitle: 22
+    readonly property int fontDisplay: 32
+
+    readonly property int iconS: 14
+    readonly property int iconM: 18
+    readonly property int iconL: 24
+    readonly property int iconHuge: 44
+
+    readonly property int hairlineWidth: 1
+    readonly property int focusWidth: 2
+    readonly property int controlHeight: 32
+    readonly property int chipHeight: 28
+    readonly property int rowHeight: 44
+    readonly property int barHeight: 4
+    readonly property int handleSize: 14
+    readonly property int toggleWidth: 38
+    readonly property int toggleHeight: 22
+    readonly property int fieldWidth: 240
+    readonly property int stepperWidth: 132
+    readonly property int sliderWidth: 160
+    readonly property int menuWidth: 200
+    readonly property int menuWidest: 420
+    readonly property int tipWidest: 360
+    readonly property int alertWidth: 400
+    readonly property int sheetWidth: 640
+    readonly property int sentenceWidth: 420
+    readonly property int posterWidth: 148
+    readonly property real posterShape: 1.5 // height over width
+    readonly property int scrollBarWidth: 8
+    readonly property int scrollBarShortest: 32
+
+    readonly property int motionFast: 120
+    readonly property int motion: 160
+    readonly property int motionSlow: 200
+    readonly property int easing: Easing.OutCubic
+    readonly property int tipDelay: 600
+    readonly property int turn: 1000 // of a spinner, and the breath of a skeleton
+
+    function tint(of: color): color {
+        return Qt.rgba(of.r, of.g, of.b, tintStrength);
+    }
+}
