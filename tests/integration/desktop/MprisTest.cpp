@@ -3,7 +3,6 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QFile>
 
 namespace vellum::test {
 namespace {
@@ -56,15 +55,10 @@ struct MprisTest : ::testing::Test, MainThread {
   }
   // What the command line player control says, as shells and users see it.
   std::string playerctl(const QStringList& arguments) {
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), bus.address());
-    process.setProcessEnvironment(environment);
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(QStringLiteral("playerctl"), arguments);
-    EXPECT_TRUE(turnUntil([&] { return process.state() == QProcess::NotRunning; }));
-    EXPECT_NE(process.error(), QProcess::FailedToStart) << "playerctl is missing";
-    return process.readAll().trimmed().toStdString();
+    const QStringList command{QStringLiteral("env"),
+                              QStringLiteral("DBUS_SESSION_BUS_ADDRESS=") + bus.address(),
+                              QStringLiteral("playerctl")};
+    return StartedProgram(command + arguments).all().toStdString();
   }
   void setPosition(const QString& track, qlonglong microseconds) {
     auto call = QDBusMessage::createMethodCall(

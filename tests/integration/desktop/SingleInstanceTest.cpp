@@ -1,10 +1,9 @@
 #include "desktop/SingleInstance.h"
+#include "StartedProgram.h"
 #include "desktop/linux/HandoverMessage.h"
 #include "desktop/linux/MeetingPlace.h"
-#include "support/MainThread.h"
 #include <QDir>
 #include <QLocalSocket>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -20,62 +19,56 @@ struct SingleInstanceTest : ::testing::Test, MainThread {
     return {folder, patience};
   }
   // A start in a process of its own, which ends with the test at the latest.
-  QProcess& process(const QStringList& links = {}) {
-    auto& out = *processes.emplace_back(std::make_unique<QProcess>());
-    out.start(QStringLiteral(TEST_START), QStringList(folder) + links);
-    return out;
-  }
-  static QByteArray line(QProcess& from) {
-    EXPECT_TRUE(turnUntil([&] { return from.canReadLine(); }));
-    return from.readLine().trimmed();
+  StartedProgram& process(const QStringList& links = {}) {
+    const QStringList command{QStringLiteral(TEST_START), folder};
+    return *processes.emplace_back(std::make_unique<StartedProgram>(command + links));
   }
 
   QTemporaryDir root;
   QString folder = root.filePath(QStringLiteral("run"));
-  std::vector<std::unique_ptr<QProcess>> processes;
+  std::vector<std::unique_ptr<StartedProgram>> processes;
 };
 
 TEST_F(SingleInstanceTest, ASecondStartHandsItsLinksOver) {
-  QProcess& first = process({kMagnet});
-  ASSERT_EQ(line(first), "first");
-  QProcess& second = process({kMagnet, QStringLiteral("/tmp/ä b.torrent")});
-  EXPECT_EQ(line(second), "over");
-  EXPECT_EQ(line(first), "opened " + kMagnet.toUtf8() + " /tmp/ä b.torrent");
-  EXPECT_EQ(line(process()), "over");
-  EXPECT_EQ(line(first), "opened");
+  StartedProgram& first = process({kMagnet});
+  ASSERT_EQ(first.line(), "first");
+  StartedProgram& second = process({kMagnet, QStringLiteral("/tmp/ä b.torrent")});
+  EXPECT_EQ(second.line(), "over");
+  EXPECT_EQ(first.line(), "opened " + kMagnet.toUtf8() + " /tmp/ä b.torrent");
+  EXPECT_EQ(process().line(), "over");
+  EXPECT_EQ(first.line(), "opened "); // nothing but itself
   struct stat found {};
   ASSERT_EQ(stat(folder.toUtf8().constData(), &found), 0);
   EXPECT_EQ(found.st_mode & 0777, 0700U);
 }
 
 TEST_F(SingleInstanceTest, WhatACrashLeftBehindIsTakenOver) {
-  QProcess& first = process();
-  ASSERT_EQ(line(first), "first");
-  first.kill();
-  ASSERT_TRUE(first.waitForFinished());
+  StartedProgram& first = process();
+  ASSERT_EQ(first.line(), "first");
+  first.end(SIGKILL);
   ASSERT_TRUE(QFile::exists(meetingSocket(folder)));
-  QProcess& second = process();
-  EXPECT_EQ(line(second), "first");
-  EXPECT_EQ(line(process({kMagnet})), "over");
-  EXPECT_EQ(line(second), "opened " + kMagnet.toUtf8());
+  StartedProgram& second = process();
+  EXPECT_EQ(second.line(), "first");
+  EXPECT_EQ(process({kMagnet}).line(), "over");
+  EXPECT_EQ(second.line(), "opened " + kMagnet.toUtf8());
 }
 
 TEST_F(SingleInstanceTest, OfManyStartsAtOneMomentOneStays) {
   for (int round = 0; round < 3; ++round) {
     for (int i = 0; i < 6; ++i) process({kMagnet});
     std::map<QByteArray, int> count;
-    QProcess* running = nullptr;
+    StartedProgram* running = nullptr;
     for (const auto& started : processes) {
-      const QByteArray said = line(*started);
+      const QByteArray said = started->line();
       ++count[said];
       if (said == "first") running = started.get();
     }
     EXPECT_EQ(count, (std::map<QByteArray, int>{{"first", 1}, {"over", 5}})) << round;
     ASSERT_NE(running, nullptr);
-    for (int i = 0; i < 5; ++i) EXPECT_EQ(line(*running), "opened " + kMagnet.toUtf8());
+    for (int i = 0; i < 5; ++i) EXPECT_EQ(running->line(), "opened " + kMagnet.toUtf8());
     // The next round finds either nothing or what a crash left.
-    round == 0 ? running->kill() : running->closeWriteChannel();
-    EXPECT_TRUE(running->waitForFinished());
+    running->closeInput();
+    running->end(round == 0 ? SIGKILL : 0);
     processes.clear();
   }
 }
@@ -105,8 +98,7 @@ TEST_F(SingleInstanceTest, BadVisitorsDisturbNobody) {
   };
   EXPECT_TRUE(turnUntil(areGone)); // also those that say nothing
   EXPECT_TRUE(opened.isEmpty());
-  QProcess& good_start = process({kMagnet});
-  EXPECT_EQ(line(good_start), "over");
+  EXPECT_EQ(process({kMagnet}).line(), "over");
   EXPECT_EQ(opened, QList<QStringList>{{kMagnet}});
 }
 
@@ -125,11 +117,10 @@ TEST_F(SingleInstanceTest, LongAndForeignFolders) {
   EXPECT_LT(meetingSocket(shorter).size(), 108);
   EXPECT_NE(shorter, meetingPlace(folder + u'y').value());
   QDir(meetingPlace(folder + u'y').value()).removeRecursively();
-  QProcess& first = process();
-  EXPECT_EQ(line(first), "first");
-  EXPECT_EQ(line(process()), "over");
-  first.kill();
-  first.waitForFinished();
+  StartedProgram& first = process();
+  EXPECT_EQ(first.line(), "first");
+  EXPECT_EQ(process().line(), "over");
+  first.end(SIGKILL);
   QDir(shorter).removeRecursively();
 
   // A link that somebody has laid is not followed, and a folder that is open is closed.
