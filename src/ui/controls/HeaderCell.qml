@@ -12,19 +12,17 @@ T.AbstractButton {
     property bool sortable: true
     property bool sorted: false
 
-    activeFocusOnTab: sortable
-    focusPolicy: sortable ? Qt.StrongFocus : Qt.NoFocus
+    enabled: sortable
+    focusPolicy: Qt.StrongFocus
     font.family: Theme.family
     font.pixelSize: Theme.fontSmall
     font.weight: Font.Medium
     horizontalPadding: Theme.spaceS
-    hoverEnabled: sortable
     implicitHeight: Theme.chipHeight
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     Accessible.description: !sorted ? "" : descending ? qsTr("Sorted descending") : qsTr("Sorted ascending")
     Accessible.name: text
     Accessible.role: Accessible.ColumnHeader
-    Keys.enabled: sortable
     Keys.onEnterPressed: Press.on(cell)
     Keys.onReturnPressed: Press.on(cell)
 
@@ -45,6 +43,8 @@ T.AbstractButton {
             anchors.verticalCenter: parent.verticalCenter
             color: cell.sorted ? Theme.text : Theme.textMuted
             font: cell.font
+            // A head that cannot be pressed is not a disabled one to look at.
+            opacity: 1
             text: cell.text
             width: Math.min(Math.ceil(implicitWidth), parent.width - room)
             x: cell.rightAligned ? parent.width - width - room : 0

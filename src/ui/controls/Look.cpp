@@ -2,6 +2,7 @@
 #include <QFont>
 #include <QGuiApplication>
 #include <QQmlEngine>
+#include <QStyleHints>
 #include <QtQml/qqmlextensionplugin.h>
 
 Q_IMPORT_QML_PLUGIN(Vellum_ThemePlugin)
@@ -10,7 +11,9 @@ Q_IMPORT_QML_PLUGIN(Vellum_ControlsPlugin)
 
 namespace vellum {
 
-void prepareLook([[maybe_unused]] QGuiApplication& app) {
+void prepareLook(QGuiApplication& app) {
+  // Whatever the platform thinks of it: tooltips hang on it too.
+  app.styleHints()->setUseHoverEffects(true);
 #ifndef Q_OS_MACOS
   // Its figures are all of one width, so that numbers in columns align; other scripts come from
   // whatever the system has.

@@ -26,7 +26,10 @@ T.Button {
     Keys.onDownPressed: Press.on(picker)
     Keys.onEnterPressed: Press.on(picker)
     Keys.onReturnPressed: Press.on(picker)
-    onClicked: menu.visible ? menu.close() : menu.popup(picker, 0, height + Theme.spaceXS)
+    onClicked: {
+        menu.popup(picker, 0, height + Theme.spaceXS);
+        menu.currentIndex = choices.findIndex(choice => choice.value === value);
+    }
 
     background: ControlSurface {
         border.color: Theme.hairline
@@ -60,8 +63,6 @@ T.Button {
 
     Menu {
         id: menu
-
-        onOpened: currentIndex = picker.choices.findIndex(choice => choice.value === picker.value)
 
         Instantiator {
             model: picker.choices

@@ -6,6 +6,7 @@ import Vellum.Theme
 T.ItemDelegate {
     id: entry
 
+    focusPolicy: Qt.StrongFocus
     font.family: Theme.family
     font.pixelSize: Theme.fontBody
     font.weight: highlighted ? Font.Medium : Font.Normal
