@@ -1,6 +1,7 @@
 #include "platform/ChildProcess.h"
 #include "platform/SpawnRules.h"
 #include <QFile>
+#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <mutex>
@@ -54,12 +55,11 @@ public:
     for (const int descriptor : {0, 1, 2})
       posix_spawn_file_actions_addopen(&m_actions, descriptor, "/dev/null", O_RDWR, 0);
     // SIGPIPE is ignored here, which a child would inherit.
-    sigset_t none;
-    sigset_t all;
-    sigemptyset(&none);
-    sigfillset(&all);
-    posix_spawnattr_setsigmask(&m_attributes, &none);
-    posix_spawnattr_setsigdefault(&m_attributes, &all);
+    sigset_t signalSet;
+    sigemptyset(&signalSet);
+    posix_spawnattr_setsigmask(&m_attributes, &signalSet);
+    sigaddset(&signalSet, SIGPIPE);
+    posix_spawnattr_setsigdefault(&m_attributes, &signalSet);
     posix_spawnattr_setpgroup(&m_attributes, 0);
     short flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETPGROUP;
     keepDescriptorsFromChild(m_actions, flags);

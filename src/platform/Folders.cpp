@@ -21,9 +21,12 @@ QString movies() {
   return below("Movies", QStandardPaths::writableLocation(QStandardPaths::MoviesLocation));
 }
 QString preferences() { return below("Preferences", standardPreferences()); }
+// Asked for only when it is needed: on Linux the question may make a folder.
 QString runtime() {
-  return below("Runtime", QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) +
-                              QStringLiteral("/vellum"));
+  const QString ours = below("Runtime", {});
+  if (!ours.isEmpty()) return ours;
+  return QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) +
+         QStringLiteral("/vellum");
 }
 
 } // namespace vellum::folders

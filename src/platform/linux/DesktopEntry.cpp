@@ -87,6 +87,7 @@ std::optional<QStringList> defaultCommand(const QString& type, const QString& ad
   for (const char* group : {"Default Applications", "Added Associations"})
     for (const QString& path : chosen) entries += associations(contents(path), group, type);
   for (const QString& path : known) entries += associations(contents(path), "MIME Cache", type);
+  entries.removeAll(QStringLiteral("vellum.desktop"));
   for (const QString& entry : entries)
     if (auto found = installedCommand(entry, address)) return found;
   return {};

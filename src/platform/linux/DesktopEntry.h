@@ -18,6 +18,7 @@ QStringList associations(const QByteArray& list, const QByteArray& group, const 
 
 // The same with the files of this user and machine. Only entries that are installed have commands.
 std::optional<QStringList> installedCommand(const QString& entryName, const QString& address);
+// Of the program that the user has chosen for a type; ourselves passed over.
 std::optional<QStringList> defaultCommand(const QString& type, const QString& address);
 
 } // namespace vellum::desktopEntry

@@ -151,9 +151,13 @@ TEST_F(MprisTest, ASecondOneTakesANameWithASuffix) {
   EXPECT_TRUE(names().contains(QLatin1String(Mpris::kName)));
 }
 
-TEST_F(MprisTest, GivesItsNameBack) {
+TEST_F(MprisTest, GivesItsNameBackAndNeedsNoBus) {
   std::make_unique<Mpris>(bus.connect("brief")).reset();
   EXPECT_EQ(names().size(), 1);
+  Mpris alone(QDBusConnection(QStringLiteral("nowhere")));
+  alone.show(film(1));
+  alone.show(film(60));
+  EXPECT_TRUE(listener.changed.isEmpty());
 }
 
 } // namespace

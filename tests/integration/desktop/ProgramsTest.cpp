@@ -149,8 +149,10 @@ TEST_F(ProgramsTest, LinksGoToTheProgramThatTheUserChose) {
   write("data/applications/mimeinfo.cache", "[MIME Cache]\nx-scheme-handler/magnet=other.desktop;\n"
                                             "application/x-bittorrent=client.desktop;\n");
   EXPECT_FALSE(platform::openWithDesktop(magnet)); // the other one is not installed
+  write("data/applications/vellum.desktop", "[Desktop Entry]\nExec=true %u\n");
   write("config/mimeapps.list",
-        "[Default Applications]\nx-scheme-handler/magnet=gone.desktop;client.desktop\n");
+        "[Default "
+        "Applications]\nx-scheme-handler/magnet=gone.desktop;vellum.desktop;client.desktop\n");
   ASSERT_TRUE(platform::openWithDesktop(magnet));
   EXPECT_TRUE(record().startsWith("<--add>\n<magnet:?xt=urn:btih:00&dn=a%20b>\n"));
   pid();
