@@ -29,6 +29,8 @@ T.Button {
         border.width: button.prominent ? 0 : Theme.hairlineWidth
         color: button.prominent ? (button.destructive ? Theme.bad : Theme.accent) : Theme.raised
         control: button
+        // What is bright already turns darker.
+        wash: button.prominent ? Theme.background : Theme.text
     }
     contentItem: IconText {
         color: button.ink

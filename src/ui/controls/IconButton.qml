@@ -9,7 +9,7 @@ T.Button {
     property color color: checked ? Theme.accent : Theme.text
     property int size: Theme.iconM
 
-    implicitHeight: Math.max(Theme.controlHeight, size + Theme.spaceL)
+    implicitHeight: Math.max(Theme.controlHeight, size + Theme.spaceM)
     implicitWidth: implicitHeight
     Accessible.name: text
     Accessible.role: Accessible.Button

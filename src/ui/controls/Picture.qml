@@ -10,6 +10,7 @@ Item {
     property bool loading: false
     property int radius: Theme.radiusM
     property url source
+    property int widest: 2 * Theme.posterWidth // in the picture's own pixels
     readonly property bool waiting: loading || image.status === Image.Loading
 
     Rectangle {
@@ -36,10 +37,11 @@ Item {
         anchors.fill: parent
         asynchronous: true
         fillMode: Image.PreserveAspectCrop
+        mipmap: true
         opacity: status === Image.Ready ? 1 : 0
         source: picture.source
-        // Twice the frame, for dense screens; whatever size a stranger sends, no more is decoded.
-        sourceSize.width: 2 * picture.width
+        // Whatever size a stranger sends, no more is kept; and a frame that grows loads nothing anew.
+        sourceSize.width: picture.widest
         Accessible.ignored: true
 
         Behavior on opacity {

@@ -55,7 +55,7 @@ QtObject {
     readonly property int fontDisplay: 32
 
     readonly property int iconS: 14
-    readonly property int iconM: 18
+    readonly property int iconM: 20
     readonly property int iconL: 24
     readonly property int iconHuge: 44
 

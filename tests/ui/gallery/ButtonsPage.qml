@@ -89,6 +89,7 @@ Column {
             }
         }
         IconButton {
+            anchors.verticalCenter: parent.verticalCenter
             icon.name: "close"
             size: Theme.iconL
             text: "Close"
@@ -103,6 +104,29 @@ Column {
             checked: true
             icon.name: "grid"
             text: "Grid"
+        }
+    }
+    Row {
+        spacing: Theme.spaceS
+
+        Button {
+            down: true
+            text: "Pressed"
+        }
+        Button {
+            down: true
+            prominent: true
+            text: "Pressed"
+        }
+        Chip {
+            anchors.verticalCenter: parent.verticalCenter
+            down: true
+            text: "Pressed"
+        }
+        IconButton {
+            down: true
+            icon.name: "refresh"
+            text: "Pressed"
         }
     }
     Row {

@@ -7,7 +7,9 @@
 #include <QDir>
 #include <QGuiApplication>
 #include <QImage>
+#include <QKeyEvent>
 #include <QQmlApplicationEngine>
+#include <QQuickItem>
 #include <QQuickWindow>
 #include <QtQml/qqmlextensionplugin.h>
 
@@ -27,6 +29,18 @@ bool save(QQuickWindow& window, const QString& path) {
   return window.grabWindow().save(path);
 }
 
+// Onto the first control of the page, so that its ring is in the picture.
+void focusPage(QQuickWindow& window) {
+  const auto pageCount = window.property("pages").toList().size();
+  window.requestActivate();
+  window.contentItem()->forceActiveFocus(Qt::TabFocusReason);
+  for (qsizetype i = 0; i <= pageCount; ++i)
+    for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+      QKeyEvent tab(type, Qt::Key_Tab, Qt::NoModifier);
+      QCoreApplication::sendEvent(&window, &tab);
+    }
+}
+
 bool pictures(QQuickWindow& window, const QDir& folder) {
   bool saved = folder.mkpath(QStringLiteral("."));
   const auto pageCount = window.property("pages").toList().size();
@@ -34,6 +48,7 @@ bool pictures(QQuickWindow& window, const QDir& folder) {
     window.resize(size);
     for (int page = 0; page < pageCount; ++page) {
       window.setProperty("page", page);
+      focusPage(window);
       const auto name = QStringLiteral("page%1-%2.png").arg(page).arg(size.width());
       saved = save(window, folder.filePath(name)) && saved;
     }
