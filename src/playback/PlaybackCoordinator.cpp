@@ -43,7 +43,8 @@ TorrentResult PlaybackCoordinator::variantOf(const TorrentResult& result,
   return QualityPicker::pick(m_services.surroundings.preferredQuality(), variants).value_or(result);
 }
 
-void PlaybackCoordinator::playFromSearchResult(TorrentResult result, std::optional<QString> quality,
+void PlaybackCoordinator::playFromSearchResult(TorrentResult result,
+                                               const std::optional<QString>& quality,
                                                bool skipVariants, bool ignoreZeroSeeders) {
   if (!skipVariants) result = variantOf(result, quality);
   if (result.seeders == 0 && !ignoreZeroSeeders) {

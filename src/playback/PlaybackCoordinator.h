@@ -43,7 +43,7 @@ public:
 
   // The entry. Plays the variant in the quality that is asked for or preferred; asks first about a
   // torrent without seeders; only presents the player when the row plays already.
-  void playFromSearchResult(TorrentResult result, std::optional<QString> quality = {},
+  void playFromSearchResult(TorrentResult result, const std::optional<QString>& quality = {},
                             bool skipVariants = false, bool ignoreZeroSeeders = false);
   // Answers the question which file is meant; nothing ends the flow that asked. Without a question
   // it does nothing.
