@@ -13,9 +13,9 @@ public:
   public:
     virtual ~Desktop() = default;
     virtual bool isExecutable(const QString& path) const = 0;
-    // Starts a child without waiting for it, instead of the one before; false if it cannot start.
+    // Starts a child without waiting for it; false if it cannot start.
     virtual bool launch(const QString& program, const QStringList& arguments) = 0;
-    virtual void terminate() = 0; // the child, if there is one
+    virtual void terminate() = 0; // the newest child, if it still runs
     // The path of a program by that name, where programs are looked for; empty if there is none.
     virtual QString findProgram(const QString& name) const = 0;
     // Opens an address in VLC, found in the way of the system; false if it is not installed.
