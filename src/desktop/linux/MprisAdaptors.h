@@ -1,4 +1,4 @@
-// The two interfaces of MPRIS: names, types and cases are those of its specification. QtDBus calls
+// The two interfaces of MPRIS: names, types and cases are those of its standard. QtDBus calls
 // them on the main thread.
 #pragma once
 #include "desktop/linux/Mpris.h"
