@@ -177,9 +177,7 @@ Flow<> StreamCommand::publish(int file) {
   const auto files = m_session->files();
   const auto url =
       co_await m_services.server.url(m_session, file, files[static_cast<std::size_t>(file)].path);
-  if (!url)
-    fail(StreamFailure::other(QCoreApplication::translate(
-        "StreamFailure", "Couldn't start the local streaming server.")));
+  if (!url) fail(StreamFailure::noServer());
   tell(QStringLiteral("URL ") + QString::fromLatin1(url->toEncoded()));
 }
 

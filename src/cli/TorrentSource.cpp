@@ -15,14 +15,9 @@ using Opened = std::variant<TorrentSource, StreamFailure>;
 
 constexpr qint64 kLargestTorrentFile = 64 * kMiB; // bytes
 
-StreamFailure nothingToStream() {
-  return StreamFailure::other(QCoreApplication::translate(
-      "StreamFailure", "This result has no magnet link or torrent file to stream."));
-}
-
 Opened fromTorrentFile(const QByteArray& bytes) {
   auto file = TorrentMeta::parseTorrentFile(asBytes(bytes));
-  if (!file) return nothingToStream();
+  if (!file) return StreamFailure::nothingToStream();
   TorrentSource source;
   source.hash = file->hash;
   source.trackers = file->trackers;
@@ -34,7 +29,7 @@ Opened fromTorrentFile(const QByteArray& bytes) {
 Opened fromMagnet(const QString& text) {
   const auto info = TorrentMetadata::parseMagnet(text);
   const auto hash = info ? hash20FromHex(info->infoHash) : std::nullopt;
-  if (!hash) return nothingToStream();
+  if (!hash) return StreamFailure::nothingToStream();
   return TorrentSource{*hash, info->trackers, info->name, nullptr, directPeers(text)};
 }
 
@@ -60,9 +55,7 @@ Flow<Opened> fromAddress(QUrl url, FetchData fetch) {
   } catch (const NetError& error) {
     reason = error.errorDescription();
   }
-  co_return StreamFailure::other(
-      QCoreApplication::translate("StreamFailure", "Couldn't download the .torrent file: %1")
-          .arg(reason));
+  co_return StreamFailure::downloadFailed(reason);
 }
 
 } // namespace

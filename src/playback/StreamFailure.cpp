@@ -3,10 +3,23 @@
 
 namespace vellum {
 
+namespace {
+QString translated(const char* sentence) {
+  return QCoreApplication::translate("StreamFailure", sentence);
+}
+} // namespace
+
+StreamFailure StreamFailure::nothingToStream() {
+  return other(translated("This result has no magnet link or torrent file to stream."));
+}
+StreamFailure StreamFailure::downloadFailed(const QString& reason) {
+  return other(translated("Couldn't download the .torrent file: %1").arg(reason));
+}
+StreamFailure StreamFailure::noServer() {
+  return other(translated("Couldn't start the local streaming server."));
+}
+
 QString StreamFailure::text() const {
-  const auto translated = [](const char* sentence) {
-    return QCoreApplication::translate("StreamFailure", sentence);
-  };
   switch (kind) {
   case Kind::Other:
   case Kind::Disk: return detail;

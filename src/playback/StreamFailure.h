@@ -13,6 +13,9 @@ struct StreamFailure {
   QString text() const;
 
   static StreamFailure other(QString sentence) { return {Kind::Other, std::move(sentence)}; }
+  static StreamFailure nothingToStream();
+  static StreamFailure downloadFailed(const QString& reason); // of the .torrent file
+  static StreamFailure noServer();
   static StreamFailure disk(QString sentence) { return {Kind::Disk, std::move(sentence)}; }
 };
 

@@ -15,8 +15,6 @@ namespace {
 constexpr std::chrono::milliseconds kPoll{400};
 constexpr std::chrono::seconds kMonitorPeriod{1};
 
-QString sentence(const char* text) { return QCoreApplication::translate("StreamFailure", text); }
-
 // What was answered just before a cancellation may still resume the flow.
 Flow<> throwIfCancelled() {
   const auto state = co_await asio::this_coro::cancellation_state;
@@ -79,8 +77,7 @@ Flow<> PlaybackCoordinator::stream(TorrentResult result) {
   const QString path = files[std::size_t(file)].path;
   const auto url = co_await session->url(file, path);
   co_await throwIfCancelled();
-  if (!url)
-    throw Failed{StreamFailure::other(sentence("Couldn't start the local streaming server."))};
+  if (!url) throw Failed{StreamFailure::noServer()};
   handOver(result, *session, path, *url);
   co_await monitor(*session, subtitles);
 }
@@ -92,19 +89,16 @@ Flow<PlaybackCoordinator::Source> PlaybackCoordinator::sourceOf(const TorrentRes
         co_return Source{*hash, info->trackers, {}};
   if (result.infoHash)
     if (const auto hash = hash20FromHex(*result.infoHash)) co_return Source{*hash, {}, {}};
-  const Failed nothing{
-      StreamFailure::other(sentence("This result has no magnet link or torrent file to stream."))};
-  if (!result.torrentURL) throw Failed(nothing);
+  if (!result.torrentURL) throw Failed{StreamFailure::nothingToStream()};
   QByteArray bytes;
   try {
     bytes = co_await m_services.surroundings.fetch(*result.torrentURL, kTorrentFetchTimeout);
   } catch (const DescribedError& error) {
-    throw Failed{StreamFailure::other(
-        sentence("Couldn't download the .torrent file: %1").arg(error.errorDescription()))};
+    throw Failed{StreamFailure::downloadFailed(error.errorDescription())};
   }
   co_await throwIfCancelled();
   auto torrent = TorrentMeta::parseTorrentFile(asBytes(bytes));
-  if (!torrent) throw Failed(nothing);
+  if (!torrent) throw Failed{StreamFailure::nothingToStream()};
   co_return Source{torrent->hash, torrent->trackers,
                    std::make_shared<const TorrentMeta>(std::move(torrent->meta))};
 }
