@@ -8,6 +8,13 @@ namespace vellum::test {
 
 // A base of the fixture, so that it is there before the fixture's members and gone after them.
 struct MainThread {
+  // A proxy of the machine would be asked for what is on loopback, too.
+  MainThread() {
+    for (const char* variable :
+         {"http_proxy", "HTTP_PROXY", "https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY"})
+      qunsetenv(variable);
+  }
+
   int argc = 1;
   char name[5] = "test";
   char* argv[2] = {name, nullptr};

@@ -20,11 +20,6 @@ struct SessionWorld : testing::Test, test::MainThread {
   static constexpr std::int64_t kPiece = 64 * kKiB;
   static constexpr std::size_t kFilm = 3'000'001; // bytes
 
-  SessionWorld() {
-    for (const char* variable : {"http_proxy", "HTTP_PROXY", "all_proxy", "ALL_PROXY"})
-      qunsetenv(variable);
-  }
-
   std::shared_ptr<TorrentSession> makeSession(const QStringList& trackers, bool knowsMeta) {
     return std::make_shared<TorrentSession>(environment, torrent.infoHash, trackers, QString(),
                                             directory, knowsMeta ? meta : nullptr);

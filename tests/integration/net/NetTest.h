@@ -20,11 +20,6 @@ struct Ending {
 };
 
 struct NetTest : testing::Test, test::MainThread {
-  NetTest() {
-    for (const char* variable : {"http_proxy", "HTTP_PROXY", "all_proxy", "ALL_PROXY"})
-      qunsetenv(variable);
-  }
-
   // Runs on the strand, never on the main thread.
   static Flow<> await(Flow<QByteArray> fetch, Strand strand, std::promise<Ending>& promise) {
     Ending ending;

@@ -45,9 +45,6 @@ private:
 
 struct FailoverTest : testing::Test, MainThread {
   FailoverTest() {
-    for (const char* variable :
-         {"http_proxy", "HTTP_PROXY", "all_proxy", "ALL_PROXY", "https_proxy", "HTTPS_PROXY"})
-      qunsetenv(variable);
     config.name = text("P");
     config.kind = ProviderKind::Apibay;
   }
