@@ -3,6 +3,7 @@
 #include "net/NetError.h"
 #include "net/Transport.h"
 #include <map>
+#include <mutex>
 #include <variant>
 
 namespace vellum::test {
@@ -18,13 +19,17 @@ inline Scripted failure(NetError::Reason reason) {
   return NetError::platform(reason, QStringLiteral("in other words"));
 }
 
-// Hosts that nobody scripted cannot be found. It outlives its transports; one thread.
+// Hosts that nobody scripted cannot be found. It outlives its transports; searches ask it from any
+// thread, the test fills `hosts` before and reads `asked` after.
 struct ScriptedTransport {
   Transport transport() {
     return [this](QUrl url) { return answer(*this, std::move(url)); };
   }
   static Flow<HttpResponse> answer(ScriptedTransport& self, QUrl url) {
-    self.asked.append(url.toString(QUrl::FullyEncoded));
+    {
+      const std::lock_guard lock(self.mutex);
+      self.asked.append(url.toString(QUrl::FullyEncoded));
+    }
     const auto found = self.hosts.find(url.scheme() + QStringLiteral("://") + url.host());
     const auto known = found != self.hosts.end() ? found : self.hosts.find(url.host());
     if (known == self.hosts.end())
@@ -35,6 +40,9 @@ struct ScriptedTransport {
 
   std::map<QString, Scripted> hosts; // by host, or by scheme and host
   QStringList asked;
+
+private:
+  std::mutex mutex;
 };
 
 } // namespace vellum::test
