@@ -28,6 +28,11 @@ QtObject {
     readonly property color track: "#2bffffff"
     readonly property color buffered: "#4dffffff"
 
+    // Over a film, which may be of any colour.
+    readonly property color caption: "#ffffff"
+    readonly property color captionShade: "#99000000"
+    readonly property color controlsShade: "#e6000000"
+
     // What lies over a control while the pointer is on it or presses it, or behind a tinted one.
     readonly property real hoverStrength: 0.06
     readonly property real pressStrength: 0.12
@@ -59,6 +64,14 @@ QtObject {
     readonly property int iconL: 24
     readonly property int iconHuge: 44
 
+    readonly property int windowNarrowest: 980
+    readonly property int windowLowest: 640
+    readonly property int windowWidth: 1240
+    readonly property int windowHeight: 800
+    readonly property int sidebarNarrowest: 170
+    readonly property int sidebarWidth: 190
+    readonly property int sidebarWidest: 240
+
     readonly property int hairlineWidth: 1
     readonly property int focusWidth: 2
     readonly property int controlHeight: 32
@@ -79,6 +92,14 @@ QtObject {
     readonly property int sentenceWidth: 420
     readonly property int posterWidth: 148
     readonly property real posterShape: 1.5 // height over width
+    readonly property int volumeWidth: 90
+    readonly property int choicesWidth: 460
+    readonly property int choicesHeight: 220
+    readonly property int stageDot: 7
+    readonly property int miniWidth: 128
+    readonly property int miniHeight: 72
+    readonly property int miniRadius: 6
+    readonly property int miniInset: 10
     readonly property int scrollBarWidth: 8
     readonly property int scrollBarShortest: 32
 
@@ -86,6 +107,8 @@ QtObject {
     readonly property int motion: 160
     readonly property int motionSlow: 200
     readonly property int easing: Easing.OutCubic
+    readonly property int easingBoth: Easing.InOutQuad
+    readonly property int controlsStay: 3000
     readonly property int tipDelay: 600
     readonly property int turn: 1000 // of a spinner, and the breath of a skeleton
 
