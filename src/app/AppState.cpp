@@ -46,7 +46,9 @@ private:
 };
 
 AppState::AppState(Runtime& runtime, const Options& options)
-    : settings(runtime.preferences), aggregator(runtime.main, runtime.pool),
+    : settings(runtime.preferences),
+      library(SettingsStore::appSupport() + QStringLiteral("/history.json")),
+      aggregator(runtime.main, runtime.pool),
       catalog(runtime.main, runtime.pool, catalogSearch(runtime)),
       cache(settings, runtime.main, runtime.pool, runtime.http),
       registry(settings, runtime.preferences, runtime.http.transport(),

@@ -7,6 +7,7 @@
 #include "providers/ProviderRegistry.h"
 #include "providers/SearchAggregator.h"
 #include "storage/CacheManager.h"
+#include "storage/LibraryStore.h"
 #include "storage/SettingsStore.h"
 
 namespace vellum {
@@ -32,6 +33,7 @@ private:
 public:
   // Later ones take earlier ones: the order is that of construction.
   SettingsStore settings;
+  LibraryStore library;
   SearchAggregator aggregator;
   CatalogState catalog;
   CacheManager cache;

@@ -1,4 +1,5 @@
 #include "cli/Arguments.h"
+#include "desktop/LaunchArguments.h"
 #include <QCoreApplication>
 
 namespace vellum {
@@ -22,6 +23,8 @@ public:
   Arguments read() {
     while (!m_rest.isEmpty() && m_out.error.isEmpty()) option(m_rest.takeFirst());
     if (!m_out.error.isEmpty()) return wrong(m_out.error);
+    if (m_out.mode != Arguments::Mode::Window && !m_out.links.isEmpty())
+      return wrong(tr("Unknown argument: %1 (see vellum --help).").arg(m_out.links.first()));
     const bool streams = m_out.mode == Arguments::Mode::Stream;
     if (!streams && (m_out.file || m_out.keep || !m_out.directory.isEmpty()))
       return wrong(tr("--file, --dir and --keep belong to --stream."));
@@ -46,6 +49,8 @@ private:
       m_out.directory = value(name);
     } else if (name == QLatin1String("--keep")) {
       m_out.keep = true;
+    } else if (!openableLinks({name}, QString()).isEmpty()) {
+      m_out.links += name;
     } else {
       m_out.error = tr("Unknown argument: %1 (see vellum --help).").arg(name);
     }
@@ -93,6 +98,8 @@ QString helpText() {
   return tr(
       "Vellum plays films, also while they are still arriving.\n"
       "\n"
+      "  vellum [LINK…]\n"
+      "      Opens the window; a magnet link or a .torrent file shows in its inspector.\n"
       "  vellum --stream SOURCE [--file N] [--dir DIR] [--keep]\n"
       "      Streams a torrent to an address on this machine that any player can open.\n"
       "      SOURCE is a magnet link, the path or http(s) address of a .torrent file, or a\n"

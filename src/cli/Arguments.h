@@ -10,6 +10,7 @@ struct Arguments {
   Mode mode = Mode::Window;
   QString error; // one sentence, when the mode is Wrong
   QString words; // Search
+  QStringList links; // Window: magnet links and .torrent files, as they were given
   // Stream:
   QString source;
   std::optional<int> file;
