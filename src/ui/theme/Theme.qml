@@ -53,6 +53,7 @@ QtObject {
 
     // Said by each control, for the templates would take the platform's.
     readonly property string family: Application.font.family
+    readonly property string familyMono: Qt.platform.os === "osx" ? "Menlo" : "monospace"
     readonly property int fontSmall: 11
     readonly property int fontBody: 13
     readonly property int fontHeading: 16
