@@ -1,4 +1,5 @@
 // The controls in the gallery's window, driven by keyboard and mouse.
+#include "ui/Driver.h"
 #include "ui/controls/Look.h"
 #include "ui/icons/IconShape.h"
 #include <QAccessible>
@@ -20,11 +21,6 @@ namespace {
 
 enum Page { Buttons, Inputs, Cards, Table, Icons };
 
-void everyItem(QQuickItem* root, const std::function<void(QQuickItem*)>& see) {
-  see(root);
-  for (QQuickItem* child : root->childItems()) everyItem(child, see);
-}
-
 class ControlsTest : public testing::Test {
 protected:
   void SetUp() override {
@@ -37,6 +33,7 @@ protected:
     m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Vellum/Gallery/Gallery.qml")));
     ASSERT_FALSE(m_engine.rootObjects().isEmpty());
     m_window = qobject_cast<QQuickWindow*>(m_engine.rootObjects().constFirst());
+    m_driver.emplace(*m_window);
     m_window->requestActivate();
     ASSERT_TRUE(QTest::qWaitForWindowActive(m_window));
   }
@@ -50,43 +47,25 @@ protected:
     settle();
   }
 
-  // Drawing a picture lays everything out first.
-  void settle() { m_window->grabWindow(); }
-
-  // Also what stands in an open popup; a name that nothing has ends the test.
-  QObject* named(const char* name) {
-    QObject* found = m_window->findChild<QObject*>(QLatin1String(name));
-    everyItem(m_window->contentItem(), [&](QQuickItem* item) {
-      if (!found && item->objectName() == QLatin1String(name)) found = item;
-    });
-    if (!found) throw std::runtime_error(std::string("nothing is named ") + name);
-    return found;
-  }
-  QQuickItem* item(const char* name) { return qobject_cast<QQuickItem*>(named(name)); }
+  void settle() { m_driver->settle(); }
+  QObject* named(const char* name) { return m_driver->named(QLatin1String(name)); }
+  QQuickItem* item(const char* name) { return m_driver->item(QLatin1String(name)); }
   QVariant property(const char* name, const char* field) { return named(name)->property(field); }
-
   std::string text(const char* name, const char* field) {
-    return property(name, field).toString().toStdString();
+    return m_driver->text(QLatin1String(name), field);
   }
-  void type(const char* text) {
-    for (; *text; ++text) QTest::keyClick(m_window, *text);
-  }
-
-  void clickAt(const char* name, qreal across) {
-    auto* target = item(name);
-    QTest::mouseClick(
-        m_window, Qt::LeftButton, {},
-        target->mapToScene({target->width() * across, target->height() / 2}).toPoint());
-  }
+  void type(const char* text) { m_driver->type(text); }
+  void clickAt(const char* name, qreal across) { m_driver->click(QLatin1String(name), across); }
   void click(const char* name) { clickAt(name, 0.5); }
-  void press(Qt::Key key) { QTest::keyClick(m_window, key); }
-  void focus(const char* name) { item(name)->forceActiveFocus(Qt::TabFocusReason); }
+  void press(Qt::Key key) { m_driver->press(key); }
+  void focus(const char* name) { m_driver->focus(QLatin1String(name)); }
   bool becomes(const char* name, const char* field, const QVariant& value) {
-    return QTest::qWaitFor([&] { return property(name, field) == value; }, 3000);
+    return m_driver->becomes(QLatin1String(name), field, value);
   }
 
   QQmlApplicationEngine m_engine;
   QQuickWindow* m_window = nullptr;
+  std::optional<test::Driver> m_driver;
   QStringList m_warnings;
 };
 
@@ -164,9 +143,9 @@ TEST_F(ControlsTest, TooltipsSayWhatADrawingMeansAndWhatWasCut) {
   show(Buttons);
   const auto tip = [this] {
     std::string shown;
-    everyItem(m_window->contentItem(), [&](QQuickItem* found) {
+    test::everyItem(m_window->contentItem(), [&](QQuickItem* found) {
       if (found->isVisible() && found->inherits("QQuickPopupItem"))
-        everyItem(found, [&](QQuickItem* part) {
+        test::everyItem(found, [&](QQuickItem* part) {
           shown += part->property("text").toString().toStdString();
         });
     });
@@ -197,7 +176,7 @@ TEST_F(ControlsTest, MenuIsWalkedWithArrows) {
 TEST_F(ControlsTest, PickerShowsWhatIsInForceAndMarksOnlyThat) {
   auto marks = [this] {
     QStringList checked;
-    everyItem(m_window->contentItem(), [&](QQuickItem* found) {
+    test::everyItem(m_window->contentItem(), [&](QQuickItem* found) {
       if (found->inherits("QQuickMenuItem") && found->property("checked").toBool())
         checked += found->property("text").toString();
     });
@@ -279,7 +258,7 @@ TEST_F(ControlsTest, EverythingReachableSpeaks) {
   int reachable = 0;
   for (const Page page : {Buttons, Inputs, Cards, Table, Icons}) {
     show(page);
-    everyItem(m_window->contentItem(), [&](QQuickItem* found) {
+    test::everyItem(m_window->contentItem(), [&](QQuickItem* found) {
       if (!found->activeFocusOnTab() || !found->isVisible() || !found->isEnabled() ||
           found->inherits("QQuickRootItem"))
         return;
