@@ -5,12 +5,23 @@ namespace vellum::ui {
 
 StreamModel::StreamModel(Playback& playback, Navigation& navigation)
     : m_playback(playback), m_navigation(navigation) {
-  const auto tell = [this] { Q_EMIT changed(); };
-  connect(&playback.coordinator, &PlaybackCoordinator::streamChanged, this, tell);
-  connect(&playback.coordinator, &PlaybackCoordinator::nowPlayingChanged, this, tell);
-  connect(&playback.player, &VideoPlayerManager::currentTimeChanged, this, tell);
-  connect(&playback.player, &VideoPlayerManager::durationChanged, this, tell);
-  connect(&playback.player, &VideoPlayerManager::isBufferingChanged, this, tell);
+  using Coordinator = PlaybackCoordinator;
+  using Player = VideoPlayerManager;
+  connect(&playback.coordinator, &Coordinator::streamChanged, this, &StreamModel::changed);
+  connect(&playback.coordinator, &Coordinator::nowPlayingChanged, this, &StreamModel::changed);
+  connect(this, &StreamModel::changed, this, &StreamModel::compareChoices);
+  connect(this, &StreamModel::changed, this, &StreamModel::miniTextChanged);
+  connect(&playback.player, &Player::currentTimeChanged, this, &StreamModel::miniTextChanged);
+  connect(&playback.player, &Player::durationChanged, this, &StreamModel::miniTextChanged);
+  connect(&playback.player, &Player::isBufferingChanged, this, &StreamModel::miniTextChanged);
+  compareChoices();
+}
+
+void StreamModel::compareChoices() {
+  const auto choices = exists() ? stream()->choices : std::vector<StreamChoice>();
+  if (choices == m_choices) return;
+  m_choices = choices;
+  Q_EMIT choicesChanged();
 }
 
 bool StreamModel::isBeforePlaying() const {
@@ -39,8 +50,7 @@ QString StreamModel::failure() const {
 
 QVariantList StreamModel::choices() const {
   QVariantList list;
-  if (!exists()) return list;
-  for (const StreamChoice& choice : stream()->choices)
+  for (const StreamChoice& choice : m_choices)
     list.append(QVariantMap{{QStringLiteral("id"), choice.id},
                             {QStringLiteral("name"), choice.name},
                             {QStringLiteral("size"), formatByteCount(choice.size)}});

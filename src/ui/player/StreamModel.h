@@ -4,25 +4,29 @@
 #include "app/Playback.h"
 #include "ui/player/StreamTexts.h"
 #include <QVariantList>
+#include <qqmlintegration.h>
 
 namespace vellum::ui {
 
-// Main thread. Holds nothing: every value is read from the coordinator and the player.
+// Main thread. Every value is read from the coordinator and the player.
 class StreamModel final : public QObject {
   Q_OBJECT
-  Q_PROPERTY(bool exists READ exists NOTIFY changed)
-  Q_PROPERTY(bool isBeforePlaying READ isBeforePlaying NOTIFY changed)
-  Q_PROPERTY(QString middle READ middle NOTIFY changed) // "", "progress", "choices", "failure"
-  Q_PROPERTY(int stage READ stage NOTIFY changed)       // of the row of dots, 0 to 4
-  Q_PROPERTY(QString stageText READ stageText NOTIFY changed)
-  Q_PROPERTY(QString numbers READ numbers NOTIFY changed)
-  Q_PROPERTY(QString corner READ corner NOTIFY changed)
-  Q_PROPERTY(QString notice READ notice NOTIFY changed)
-  Q_PROPERTY(QString failure READ failure NOTIFY changed)
-  Q_PROPERTY(bool canRetry READ canRetry NOTIFY changed)
-  Q_PROPERTY(QVariantList choices READ choices NOTIFY changed) // of {id, name, size}
-  Q_PROPERTY(QString title READ title NOTIFY changed)
-  Q_PROPERTY(QString miniText READ miniText NOTIFY changed)
+  QML_ELEMENT
+  QML_UNCREATABLE("Given to the screens")
+  Q_PROPERTY(bool exists READ exists NOTIFY changed FINAL)
+  Q_PROPERTY(bool isBeforePlaying READ isBeforePlaying NOTIFY changed FINAL)
+  // "", "progress", "choices", "failure"
+  Q_PROPERTY(QString middle READ middle NOTIFY changed FINAL)
+  Q_PROPERTY(int stage READ stage NOTIFY changed FINAL) // of the row of dots, 0 to 4
+  Q_PROPERTY(QString stageText READ stageText NOTIFY changed FINAL)
+  Q_PROPERTY(QString numbers READ numbers NOTIFY changed FINAL)
+  Q_PROPERTY(QString corner READ corner NOTIFY changed FINAL)
+  Q_PROPERTY(QString notice READ notice NOTIFY changed FINAL)
+  Q_PROPERTY(QString failure READ failure NOTIFY changed FINAL)
+  Q_PROPERTY(bool canRetry READ canRetry NOTIFY changed FINAL)
+  Q_PROPERTY(QVariantList choices READ choices NOTIFY choicesChanged FINAL) // of {id, name, size}
+  Q_PROPERTY(QString title READ title NOTIFY changed FINAL)
+  Q_PROPERTY(QString miniText READ miniText NOTIFY miniTextChanged FINAL)
 
 public:
   // Both outlive it.
@@ -50,12 +54,16 @@ public:
 
 Q_SIGNALS:
   void changed();
+  void choicesChanged(); // apart from the numbers, so that a list of them stays as it is
+  void miniTextChanged();
 
 private:
+  void compareChoices();
   const std::optional<StreamState>& stream() const { return m_playback.coordinator.stream(); }
 
   Playback& m_playback;
   Navigation& m_navigation;
+  std::vector<StreamChoice> m_choices; // as told last
 };
 
 } // namespace vellum::ui
