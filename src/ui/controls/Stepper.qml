@@ -3,6 +3,7 @@ import QtQuick.Templates as T
 import Vellum.Theme
 
 // A whole number between two buttons; `name` tells a screen reader of what. The arrow keys step too.
+// Without a `valueText` it is the two buttons alone, for a row whose own text has the number.
 T.SpinBox {
     id: stepper
 
@@ -14,19 +15,22 @@ T.SpinBox {
     font.family: Theme.family
     font.pixelSize: Theme.fontBody
     implicitHeight: Theme.controlHeight
-    implicitWidth: Theme.stepperWidth
+    implicitWidth: valueText !== "" ? Theme.stepperWidth : 2 * implicitHeight + Theme.hairlineWidth
     leftPadding: height
     rightPadding: height
     wheelEnabled: false
     Accessible.name: name
     Accessible.role: Accessible.SpinBox
-    Keys.onLeftPressed: step(-1)
-    Keys.onRightPressed: step(1)
+    Keys.onLeftPressed: step(false)
+    Keys.onRightPressed: step(true)
 
-    // As the buttons do: what listens to `valueModified` hears of it.
-    function step(steps: int) {
+    // As the buttons do: what listens to `valueModified` hears of it, and `value` stays bound.
+    function step(up: bool) {
         const before = value;
-        value = Math.max(from, Math.min(to, value + steps * stepSize));
+        if (up)
+            increase();
+        else
+            decrease();
         if (value !== before)
             valueModified();
     }
@@ -38,6 +42,11 @@ T.SpinBox {
         opacity: stepper.enabled ? 1 : Theme.disabledStrength
         radius: Theme.radiusM
 
+        Separator {
+            anchors.horizontalCenter: parent.horizontalCenter
+            height: parent.height
+            visible: stepper.valueText === ""
+        }
         FocusRing {
             shown: stepper.visualFocus
         }

@@ -9,7 +9,7 @@ T.Switch {
     font.family: Theme.family
     font.pixelSize: Theme.fontBody
     implicitHeight: Math.max(Theme.controlHeight, implicitContentHeight)
-    implicitWidth: implicitContentWidth + indicator.width + (text !== "" ? spacing : 0)
+    implicitWidth: leftPadding + (text !== "" ? implicitContentWidth + spacing : 0) + indicator.width + rightPadding
     spacing: Theme.spaceM
     Accessible.checkable: true
     Accessible.checked: checked
@@ -31,7 +31,7 @@ T.Switch {
         opacity: toggle.enabled ? 1 : Theme.disabledStrength
         radius: height / 2
         width: Theme.toggleWidth
-        x: toggle.width - width
+        x: toggle.width - toggle.rightPadding - width
         y: (toggle.height - height) / 2
 
         Behavior on color {

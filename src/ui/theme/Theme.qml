@@ -91,8 +91,15 @@ QtObject {
     readonly property int alertWidth: 400
     readonly property int sheetWidth: 640
     readonly property int sentenceWidth: 420
+    readonly property int formWidth: 860
+    readonly property int editorHighest: 160
     readonly property int posterWidth: 148
     readonly property real posterShape: 1.5 // height over width
+    readonly property int shelfTexts: 64 // under a poster: two lines and a subtitle
+    readonly property int thumbWidth: 44
+    readonly property int itemPoster: 208
+    readonly property int itemWidth: 800
+    readonly property int itemHeight: 760
     readonly property int volumeWidth: 90
     readonly property int choicesWidth: 460
     readonly property int choicesHeight: 220
