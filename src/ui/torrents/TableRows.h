@@ -1,4 +1,4 @@
-// The rows of a torrent search as the table shows them: filtered and sorted. Pure.
+// The rows of a torrent search as the table shows them: filtered and sorted. Main thread.
 #pragma once
 #include "models/TorrentResult.h"
 #include <QHash>
@@ -28,27 +28,45 @@ struct ResultOrder {
   bool operator==(const ResultOrder&) const = default;
 };
 
-// A result with what is read from its title, which is done once for each.
-struct ResultRow {
+// Whether there is anything to play.
+bool isPlayable(const TorrentResult& result);
+
+// A result with what is read from its texts, each once and when first asked for: of thousands of
+// rows that arrive together few are ever looked at.
+class ResultRow {
+public:
+  explicit ResultRow(const TorrentResult& made) : result(made) {}
+
   TorrentResult result;
-  QString quality;
-  QString format;
-  QString titleKey; // to sort by
-  QString sources;  // "A, B"
+  const QString& quality() const;
+  const QString& format() const;
+  const QString& titleKey() const; // to sort by
+  const QString& sources() const;  // "A, B"
+  // With another seeder count, source and so on; what was read from the same texts stays.
+  void replace(const TorrentResult& newer);
+
+private:
+  mutable QString m_quality; // each null until it is asked for
+  mutable QString m_format;
+  mutable QString m_titleKey;
+  mutable QString m_sources;
 };
 using ResultRows = std::vector<ResultRow>;
 
-// Every row is kept while its id and title stay, so that late results cost only themselves.
+// Rows that come again keep what was read from their texts.
 class TableRows {
 public:
   void setResults(const TorrentResults& results);
   const ResultRows& rows() const { return m_rows; } // all, as they came
   QStringList allSources() const;                   // sorted, without duplicates
+  // Whether another row is the same film in another quality.
+  bool hasVariants(const TorrentResult& result) const;
   // Indices into rows(): those that pass, in order; equal ones stay as they came.
   std::vector<std::size_t> shown(const ResultFilter& filter, const ResultOrder& order) const;
 
 private:
   ResultRows m_rows;
+  QHash<QString, int> m_films; // how many rows have that base title
 };
 
 } // namespace vellum::ui

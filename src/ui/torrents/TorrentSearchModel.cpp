@@ -1,8 +1,26 @@
 #include "ui/torrents/TorrentSearchModel.h"
 #include "models/QualityPicker.h"
 #include <algorithm>
+#include <span>
 
 namespace vellum::ui {
+
+namespace {
+
+QVariantMap choice(const QString& text, const QVariant& value) {
+  return {{QStringLiteral("text"), text}, {QStringLiteral("value"), value}};
+}
+
+// The first of them lets everything through.
+QVariantList choices(std::span<const char* const> values) {
+  QVariantList list;
+  for (const char* value : values)
+    list.append(choice(list.isEmpty() ? TorrentSearchModel::tr("Any") : QLatin1String(value),
+                       QLatin1String(value)));
+  return list;
+}
+
+} // namespace
 
 // An entry of a row's menu.
 struct TorrentSearchModel::Action {
@@ -58,9 +76,19 @@ QVariantList TorrentSearchModel::banners() const {
 
 QString TorrentSearchModel::emptyText() const {
   if (m_table.rowCount() > 0) return {};
-  if (m_services.aggregator.isSearching()) return tr("Searching…");
+  if (isSearching()) return tr("Searching…");
   if (!m_services.aggregator.lastQuery().isEmpty()) return tr("No results.");
   return tr("Enter a search to query your enabled providers in parallel.");
+}
+
+QVariantList TorrentSearchModel::resolutions() { return choices(ResultFilter::kResolutions); }
+QVariantList TorrentSearchModel::formats() { return choices(ResultFilter::kFormats); }
+
+QVariantList TorrentSearchModel::maxSizes() {
+  QVariantList list;
+  for (const int value : ResultFilter::kMaxSizes)
+    list.append(choice(value == 0 ? tr("Any") : tr("%1 GB").arg(value), value));
+  return list;
 }
 
 template <class Change>
@@ -113,7 +141,8 @@ void TorrentSearchModel::openSettings() {
 }
 
 void TorrentSearchModel::play(const QString& key) {
-  if (const TorrentResult* result = m_table.result(key)) playResult(TorrentResult(*result));
+  const TorrentResult* result = m_table.result(key);
+  if (result != nullptr && isPlayable(*result)) playResult(TorrentResult(*result));
 }
 
 void TorrentSearchModel::playResult(const TorrentResult& result) {
@@ -136,12 +165,12 @@ QVariantList TorrentSearchModel::variants(const QString& key) const {
   if (result == nullptr) return list;
   const auto found = QualityPicker::variants(*result, m_services.aggregator.results());
   if (found.size() < 2) return list;
-  for (const TorrentResult& variant : found)
-    list.append(
-        QVariantMap{{QStringLiteral("id"), variant.id},
-                    {QStringLiteral("quality"), variant.quality()},
-                    {QStringLiteral("seeds"), variant.seeders ? tr("%1 seeds").arg(*variant.seeders)
-                                                              : tr("seeds unknown")}});
+  for (const TorrentResult& variant : found) {
+    const QString seeds =
+        variant.seeders ? tr("%1 seeds").arg(*variant.seeders) : tr("seeds unknown");
+    list.append(QVariantMap{{QStringLiteral("id"), variant.id},
+                            {QStringLiteral("text"), tr("%1 · %2").arg(variant.quality(), seeds)}});
+  }
   return list;
 }
 

@@ -6,27 +6,45 @@
 #include "providers/SearchAggregator.h"
 #include "ui/torrents/TorrentTable.h"
 #include <QVariantList>
+#include <QtQml/qqmlregistration.h>
 
 namespace vellum::ui {
 
 // Main thread. Results live in the aggregator; filters and order live as long as this.
 class TorrentSearchModel final : public QObject {
   Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("The window has one for each time that the screen is opened.")
   Q_PROPERTY(vellum::ui::TorrentTable* table READ table CONSTANT)
   Q_PROPERTY(QString query MEMBER m_query NOTIFY queryChanged)
   Q_PROPERTY(QString magnetText MEMBER m_magnetText NOTIFY magnetTextChanged)
   Q_PROPERTY(bool hasProviders READ hasProviders NOTIFY providersChanged)
   Q_PROPERTY(QVariantList statuses READ statuses NOTIFY statusesChanged) // {name, state, text}
   Q_PROPERTY(QVariantList banners READ banners NOTIFY statusesChanged)   // {text, offersSettings}
-  Q_PROPERTY(QString emptyText READ emptyText NOTIFY emptyTextChanged)   // "" when there are rows
+  Q_PROPERTY(bool searching READ isSearching NOTIFY emptyTextChanged)
+  Q_PROPERTY(QString emptyText READ emptyText NOTIFY emptyTextChanged) // "" when there are rows
   Q_PROPERTY(QString resolution READ resolution WRITE setResolution NOTIFY filterChanged)
   Q_PROPERTY(QString format READ format WRITE setFormat NOTIFY filterChanged)
   Q_PROPERTY(int maxSizeGB READ maxSizeGB WRITE setMaxSizeGB NOTIFY filterChanged)
   Q_PROPERTY(QStringList hiddenSources READ hiddenSources NOTIFY filterChanged)
   Q_PROPERTY(int sortColumn READ sortColumn NOTIFY filterChanged)
   Q_PROPERTY(bool sortAscending READ sortAscending NOTIFY filterChanged)
+  // What the filters offer: {text, value}
+  Q_PROPERTY(QVariantList resolutions READ resolutions CONSTANT)
+  Q_PROPERTY(QVariantList formats READ formats CONSTANT)
+  Q_PROPERTY(QVariantList maxSizes READ maxSizes CONSTANT)
 
 public:
+  // As sortBy() knows the columns.
+  enum Column {
+    TitleColumn = int(ResultColumn::Title),
+    SizeColumn = int(ResultColumn::Size),
+    SeedsColumn = int(ResultColumn::Seeds),
+    PeersColumn = int(ResultColumn::Peers),
+    SourceColumn = int(ResultColumn::Source)
+  };
+  Q_ENUM(Column)
+
   // All outlive it.
   struct Services {
     SearchAggregator& aggregator;
@@ -43,8 +61,12 @@ public:
   bool hasProviders() const { return !m_services.registry.enabledProviders().empty(); }
   QVariantList statuses() const;
   QVariantList banners() const;
+  bool isSearching() const { return m_services.aggregator.isSearching(); }
   QString emptyText() const;
 
+  static QVariantList resolutions();
+  static QVariantList formats();
+  static QVariantList maxSizes();
   QString resolution() const { return m_table.filter().resolution; }
   QString format() const { return m_table.filter().format; }
   int maxSizeGB() const { return m_table.filter().maxSizeGB; }
@@ -62,8 +84,9 @@ public:
   Q_INVOKABLE void inspectMagnet();
   Q_INVOKABLE void openSettings();
   // Rows are named by their keys.
+  // Nothing for a row without anything to play.
   Q_INVOKABLE void play(const QString& key);
-  // {id, quality, seeds}; empty unless there is more than one.
+  // {id, text}; empty unless there is more than one.
   Q_INVOKABLE QVariantList variants(const QString& key) const;
   Q_INVOKABLE void playVariant(const QString& key, const QString& variantId);
   // What the menu of a row offers: {id, text}.

@@ -1,5 +1,6 @@
 #include "ui/torrents/TorrentTable.h"
 #include "base/Text.h"
+#include <algorithm>
 
 namespace vellum::ui {
 
@@ -16,10 +17,6 @@ QString stateName(RowState::Kind kind) {
   case RowState::Kind::Playing: return QStringLiteral("playing");
   }
   return {};
-}
-
-bool isPlayable(const TorrentResult& result) {
-  return result.magnet || result.infoHash || result.torrentURL || result.archiveID;
 }
 
 } // namespace
@@ -43,22 +40,34 @@ QVariant TorrentTable::data(const QModelIndex& index, int role) const {
   case SizeRole: return formatByteCount(result.sizeSort());
   case SeedsRole: return countOrDash(result.seeders);
   case PeersRole: return countOrDash(result.leechers);
-  case QualityRole: return shown.quality;
-  case FormatRole: return shown.format;
-  case SourceRole: return shown.sources;
+  case QualityRole: return shown.quality();
+  case FormatRole: return shown.format();
+  case SourceRole: return shown.sources();
   case NoteRole: return noteOf(result);
   case PlayableRole: return isPlayable(result);
   case PlayStateRole: return hasState ? stateName(state->kind) : QString();
   case FailureRole: return hasState ? state->text : QString();
+  case HasVariantsRole: return m_list.hasVariants(result);
+  case SelectedRole: return m_selection.contains(rowKey(result));
   default: return {};
   }
 }
 
 QHash<int, QByteArray> TorrentTable::roleNames() const {
-  return {{KeyRole, "key"},           {TitleRole, "title"},         {SizeRole, "size"},
-          {SeedsRole, "seeds"},       {PeersRole, "peers"},         {QualityRole, "quality"},
-          {FormatRole, "format"},     {SourceRole, "source"},       {NoteRole, "note"},
-          {PlayableRole, "playable"}, {PlayStateRole, "playState"}, {FailureRole, "failure"}};
+  return {{KeyRole, "key"},
+          {TitleRole, "title"},
+          {SizeRole, "size"},
+          {SeedsRole, "seeds"},
+          {PeersRole, "peers"},
+          {QualityRole, "quality"},
+          {FormatRole, "format"},
+          {SourceRole, "source"},
+          {NoteRole, "note"},
+          {PlayableRole, "playable"},
+          {PlayStateRole, "playState"},
+          {FailureRole, "failure"},
+          {HasVariantsRole, "hasVariants"},
+          {SelectedRole, "selected"}};
 }
 
 QString TorrentTable::noteOf(const TorrentResult& result) {
@@ -72,6 +81,7 @@ QString TorrentTable::countText() const {
 }
 
 int TorrentTable::indexOf(const QString& key) const {
+  if (key.isEmpty()) return -1;
   for (int i = 0; i < rowCount(); ++i)
     if (rowKey(row(i).result) == key) return i;
   return -1;
@@ -123,7 +133,31 @@ void TorrentTable::update() {
     m_shown = std::move(shown);
   }
   if (after > 0) Q_EMIT dataChanged(index(0), index(after - 1));
+  m_currentRow = indexOf(m_selection.current());
   Q_EMIT changed();
+  Q_EMIT currentChanged();
+}
+
+RowSelection::Rows TorrentTable::keys() const {
+  return {[this](int index) { return rowKey(row(index).result); },
+          [this](const QString& key) { return indexOf(key); }};
+}
+
+void TorrentTable::pick(int index, PickKind how) {
+  if (rowCount() == 0) return;
+  m_currentRow = std::clamp(index, 0, rowCount() - 1);
+  m_selection.pick(m_currentRow, static_cast<RowSelection::Pick>(how), keys());
+  selected();
+  Q_EMIT currentChanged();
+}
+
+void TorrentTable::pickAll() {
+  m_selection.pickAll(rowCount(), keys());
+  selected();
+}
+
+void TorrentTable::selected() {
+  if (rowCount() > 0) Q_EMIT dataChanged(index(0), index(rowCount() - 1), {SelectedRole});
 }
 
 } // namespace vellum::ui

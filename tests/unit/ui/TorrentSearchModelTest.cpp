@@ -88,8 +88,7 @@ TEST_F(TorrentSearchModelTest, PlaysAndOffersWhatARowHas) {
   search("f");
   ASSERT_EQ(model.table()->rowCount(), 4);
   const QString key = QString::fromLatin1(hash).toLower();
-  EXPECT_EQ(joined(model.variants(key), "quality") + joined(model.variants(key), "seeds"),
-            text("720p|1080pseeds unknown|5 seeds"));
+  EXPECT_EQ(joined(model.variants(key), "text"), text("720p · seeds unknown|1080p · 5 seeds"));
   model.playVariant(key, QString(40, u'b'));
   EXPECT_EQ(stream().title, text("F (2000) 720p"));
   model.play(key);

@@ -91,6 +91,69 @@ TEST(TorrentTable, LateResultsKeepTheViewWhereItIs) {
   EXPECT_EQ(resets, 0);
 }
 
+TEST(TorrentTable, SelectsByKeyWhereverTheRowsGo) {
+  TorrentTable table;
+  table.pick(0, TorrentTable::PickOnly);
+  EXPECT_EQ(table.currentRow(), -1);
+  const TorrentResults results{row("a", 1, 9), row("b", 1, 8), row("c", 1, 7), row("d", 1, 6)};
+  table.setResults(results);
+  const auto selected = [&table] {
+    QString keys;
+    for (int i = 0; i < table.rowCount(); ++i)
+      if (table.data(table.index(i), TorrentTable::SelectedRole).toBool())
+        keys += table.data(table.index(i), TorrentTable::KeyRole).toString();
+    return keys + u' ' + table.currentKey();
+  };
+  using Kind = TorrentTable::PickKind;
+  struct Case {
+    int index;
+    Kind kind;
+    const char* selected;
+  };
+  for (const auto& [index, kind, expected] :
+       {Case{2, Kind::PickExtend, "c c"}, Case{-5, Kind::PickOnly, "a a"},
+        Case{2, Kind::PickExtend, "abc c"}, Case{1, Kind::PickExtend, "ab b"},
+        Case{3, Kind::PickToggle, "abd d"}, Case{1, Kind::PickToggle, "ad b"},
+        Case{0, Kind::PickExtend, "ab a"}, Case{99, Kind::PickToggle, "abd d"}}) {
+    table.pick(index, kind);
+    EXPECT_EQ(selected(), text(expected));
+  }
+  TorrentResults late{row("z", 1, 99)};
+  late.insert(late.end(), results.begin(), results.end());
+  table.setResults(late);
+  EXPECT_EQ(selected(), text("abd d"));
+  EXPECT_EQ(table.currentRow(), 4);
+  table.setFilter({.resolution = text("480p"), .hiddenSources = {}});
+  EXPECT_EQ(table.currentRow(), -1);
+  table.setFilter({});
+  EXPECT_EQ(selected(), text("abd d"));
+  table.pickAll();
+  EXPECT_EQ(selected(), text("zabcd d"));
+}
+
+TEST(TorrentTable, ReadsTextsAgainWhenTheyChange) {
+  TorrentTable table;
+  TorrentResult film = row("film 720p mkv");
+  film.baseTitle = text("film");
+  TorrentResult other = row("film 480p");
+  other.baseTitle = film.baseTitle;
+  const auto told = [&](int role) { return table.data(table.index(0), role).toString(); };
+  const auto all = [&] {
+    return told(TorrentTable::QualityRole) + u' ' + told(TorrentTable::FormatRole) + u' ' +
+           told(TorrentTable::SourceRole) + u' ' + told(TorrentTable::HasVariantsRole);
+  };
+  table.setResults({film});
+  EXPECT_EQ(all(), text("720p mkv A false"));
+  film.title = text("film 1080p mp4");
+  film.sources.prepend(text("B"));
+  table.setResults({film, other});
+  EXPECT_EQ(all(), text("1080p mp4 A, B true"));
+  film.title = text("film");
+  film.archiveID = text("id");
+  table.setResults({film});
+  EXPECT_EQ(all(), text("— mp4 A, B false"));
+}
+
 TEST(TorrentTable, TellsWhatARowIs) {
   TorrentTable table;
   TorrentResult item = row("item");

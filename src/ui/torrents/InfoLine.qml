@@ -1,0 +1,30 @@
+import QtQuick
+import Vellum.Controls
+import Vellum.Theme
+
+// A quiet remark of any length behind a drawing.
+Item {
+    id: line
+
+    property alias icon: drawing.name
+    property alias text: words.text
+
+    implicitHeight: words.implicitHeight
+    implicitWidth: Theme.sentenceWidth
+
+    Icon {
+        id: drawing
+
+        color: Theme.textFaint
+        size: Theme.iconS
+    }
+    Label {
+        id: words
+
+        color: Theme.textFaint
+        font.pixelSize: Theme.fontSmall
+        width: parent.width - x
+        wrapMode: Text.Wrap
+        x: drawing.width + Theme.spaceS
+    }
+}

@@ -1,0 +1,17 @@
+import QtQuick
+import Vellum.Theme
+
+// How wide the table's columns are: the title takes what the others leave, and where there is
+// plenty the source gets some of it.
+QtObject {
+    required property int width
+
+    readonly property int play: 2 * Theme.controlHeight + Theme.spaceXS
+    readonly property int number: Theme.spaceHuge + Theme.spaceL
+    readonly property int size: number + Theme.spaceS
+    readonly property int label: number
+    readonly property int format: Theme.spaceHuge + Theme.spaceS
+    readonly property int source: width > 2 * Theme.sentenceWidth ? Theme.menuWidth : 2 * Theme.spaceHuge
+    readonly property int actions: Theme.controlHeight + Theme.spaceS
+    readonly property int title: width - play - size - 2 * number - label - format - source - actions
+}
