@@ -6,6 +6,7 @@ import Vellum.Theme
 Item {
     id: line
 
+    property color color: Theme.textFaint
     property alias icon: drawing.name
     property alias text: words.text
 
@@ -15,13 +16,13 @@ Item {
     Icon {
         id: drawing
 
-        color: Theme.textFaint
+        color: line.color
         size: Theme.iconS
     }
     Label {
         id: words
 
-        color: Theme.textFaint
+        color: line.color
         font.pixelSize: Theme.fontSmall
         width: parent.width - x
         wrapMode: Text.Wrap

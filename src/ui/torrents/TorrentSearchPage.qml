@@ -47,6 +47,7 @@ FocusScope {
             onTorrentFileWanted: page.torrentFileWanted()
         }
         InfoLine {
+            color: Theme.warn
             icon: "warning"
             objectName: "noProviders"
             text: qsTr("No providers enabled — enable some in Settings.")
