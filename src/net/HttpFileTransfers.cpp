@@ -1,0 +1,101 @@
+#include "net/HttpFileTransfers.h"
+#include "net/HttpFileTransfer.h"
+#include <QNetworkAccessManager>
+#include <map>
+
+namespace vellum {
+
+// The running transfers by their number. On the transfers' thread alone, but for its making.
+class HttpFileTransfers::Worker final : public QObject {
+public:
+  explicit Worker(std::chrono::milliseconds patience) : m_patience(patience) {}
+  // The transfers go before the network that they are part of.
+  ~Worker() override { m_transfers.clear(); }
+
+  void start(quint64 number, TransferSource source, std::shared_ptr<SharedProgress> progress,
+             Ended ended) {
+    if (!m_manager) m_manager = std::make_unique<QNetworkAccessManager>();
+    auto transfer = std::make_unique<HttpFileTransfer>(
+        HttpFileTransfer::Surroundings{*m_manager, m_room, m_patience}, std::move(source),
+        std::move(progress), [this, number, ended = std::move(ended)](TransferEnd end) {
+          drop(number);
+          ended(std::move(end));
+        });
+    m_transfers.emplace(number, std::move(transfer)).first->second->begin();
+  }
+  void pause(quint64 number) {
+    const auto found = m_transfers.find(number);
+    if (found != m_transfers.end()) found->second->pause();
+  }
+  void drop(quint64 number) {
+    const auto found = m_transfers.find(number);
+    if (found == m_transfers.end()) return;
+    // It may be the one that tells of its own end.
+    found->second.release()->deleteLater();
+    m_transfers.erase(found);
+  }
+  void cancel(quint64 number) { m_transfers.erase(number); }
+
+private:
+  static constexpr std::size_t kRoom = 1024 * 1024;
+
+  const std::chrono::milliseconds m_patience;
+  std::vector<char> m_room = std::vector<char>(kRoom);
+  std::unique_ptr<QNetworkAccessManager> m_manager;
+  std::map<quint64, std::unique_ptr<HttpFileTransfer>> m_transfers;
+};
+
+// What the asker holds: a number, and the way to the thread.
+class HttpFileTransfers::Handle final : public FileTransfer {
+public:
+  Handle(Worker& worker, quint64 number) : m_worker(worker), m_number(number) {}
+
+  void pause() override {
+    QMetaObject::invokeMethod(
+        &m_worker, [&worker = m_worker, number = m_number] { worker.pause(number); },
+        Qt::QueuedConnection);
+  }
+  void cancel() override {
+    QMetaObject::invokeMethod(
+        &m_worker, [&worker = m_worker, number = m_number] { worker.cancel(number); },
+        Qt::QueuedConnection);
+  }
+  std::optional<TransferProgress> progress() const override { return m_progress->get(); }
+
+  const std::shared_ptr<SharedProgress>& shared() const { return m_progress; }
+
+private:
+  Worker& m_worker;
+  const quint64 m_number;
+  const std::shared_ptr<SharedProgress> m_progress = std::make_shared<SharedProgress>();
+};
+
+HttpFileTransfers::HttpFileTransfers(std::chrono::milliseconds patience) : m_patience(patience) {
+  m_thread.setObjectName(QStringLiteral("file transfers"));
+}
+
+HttpFileTransfers::~HttpFileTransfers() {
+  m_thread.quit();
+  m_thread.wait();
+}
+
+std::shared_ptr<FileTransfer> HttpFileTransfers::start(TransferSource source, Ended ended) {
+  if (!m_worker) {
+    m_worker = new Worker(m_patience);
+    m_worker->moveToThread(&m_thread);
+    QObject::connect(&m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
+    m_thread.start();
+  }
+  const quint64 number = ++m_started;
+  const auto handle = std::make_shared<Handle>(*m_worker, number);
+  QMetaObject::invokeMethod(
+      m_worker,
+      [worker = m_worker, number, source = std::move(source), progress = handle->shared(),
+       ended = std::move(ended)]() mutable {
+        worker->start(number, std::move(source), std::move(progress), std::move(ended));
+      },
+      Qt::QueuedConnection);
+  return handle;
+}
+
+} // namespace vellum
