@@ -19,28 +19,33 @@ IconButton {
     focusPolicy: Qt.StrongFocus
     hoverEnabled: !isOpen
     Accessible.role: Accessible.ButtonMenu
-    onClicked: {
-        // Its height decides where it opens: above the button, not on it.
-        (menu.contentItem as ListView)?.forceLayout();
-        menu.open();
-        menu.currentIndex = current;
-    }
+    onClicked: menu.open()
 
     Menu {
         id: menu
 
+        property int reason: Qt.OtherFocusReason
+
         objectName: opener.objectName + "Menu"
         x: opener.width - width
         y: -height - Theme.spaceXS
+        // Not before: while it grows to its height its entries pass under the pointer.
+        onOpened: currentIndex = opener.current
+        // The focus goes back to where it came from.
+        onAboutToShow: reason = opener.focusReason
+        onClosed: {
+            if (opener.visible)
+                opener.forceActiveFocus(reason);
+        }
     }
     Instantiator {
-        model: opener.entries
+        // Only their number: a choice that changes their texts must not replace the one pressed.
+        model: opener.entries.length
 
         delegate: MenuItem {
             required property int index
-            required property string modelData
 
-            text: modelData
+            text: opener.entries[index] ?? ""
             onTriggered: opener.chosen(index)
         }
 
