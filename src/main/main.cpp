@@ -4,6 +4,7 @@
 #include "cli/Arguments.h"
 #include "cli/SearchMode.h"
 #include "cli/StreamMode.h"
+#include "main/WindowMode.h"
 #include "platform/ProcessLimits.h"
 #include "selftest/SelfTests.h"
 #include <QCoreApplication>
@@ -13,10 +14,10 @@ namespace {
 
 using namespace vellum;
 
-// Tests and demonstrations may name other trackers, or none.
-QStringList defaultTrackers() {
-  if (!qEnvironmentVariableIsSet("VELLUM_TRACKERS")) return addresses::defaultTrackers();
-  return qEnvironmentVariable("VELLUM_TRACKERS").split(u',', Qt::SkipEmptyParts);
+QStringList given(int argc, char** argv) {
+  QStringList list;
+  for (int i = 1; i < argc; ++i) list += QString::fromLocal8Bit(argv[i]);
+  return list;
 }
 
 int print(std::FILE* to, const QString& text, int exitCode) {
@@ -29,25 +30,27 @@ int print(std::FILE* to, const QString& text, int exitCode) {
 int main(int argc, char** argv) {
   const TimePoint processStart = SystemClock().now();
   platform::raiseProcessLimits();
-  const QCoreApplication application(argc, argv);
   QCoreApplication::setApplicationName(QStringLiteral("Vellum"));
   QCoreApplication::setApplicationVersion(QStringLiteral(VELLUM_VERSION));
 
-  const Arguments arguments = parseArguments(QCoreApplication::arguments().mid(1));
+  const Arguments arguments = parseArguments(given(argc, argv));
   switch (arguments.mode) {
   case Arguments::Mode::Help: return print(stdout, helpText(), 0);
   case Arguments::Mode::Version: return print(stdout, QStringLiteral("Vellum " VELLUM_VERSION), 0);
   case Arguments::Mode::Wrong: return print(stderr, arguments.error, 2);
   case Arguments::Mode::Window:
-    return print(stderr,
-                 QStringLiteral("This build of Vellum has no window yet; vellum --stream SOURCE "
-                                "streams in the terminal (see vellum --help)."),
-                 2);
+    if (hasDisplay()) return runWindowMode(argc, argv, arguments.links, addresses::defaultTrackers());
+    return print(
+        stderr,
+        QStringLiteral("There is no display here for a window: ./run stream SOURCE streams "
+                       "in the terminal, and ./run demo shows how."),
+        2);
   default: break;
   }
 
+  const QCoreApplication application(argc, argv);
   Runtime runtime;
   if (arguments.mode == Arguments::Mode::SelfTest) return runSelfTests(runtime);
   if (arguments.mode == Arguments::Mode::Search) return runSearchMode(runtime, arguments.words);
-  return runStreamMode(runtime, arguments, defaultTrackers(), processStart);
+  return runStreamMode(runtime, arguments, addresses::defaultTrackers(), processStart);
 }

@@ -1,0 +1,103 @@
+#include "main/WindowMode.h"
+#include "app/MediaSession.h"
+#include "app/StopSignals.h"
+#include "desktop/LaunchArguments.h"
+#include "desktop/SingleInstance.h"
+#include "ui/controls/Look.h"
+#include "ui/window/MainWindow.h"
+#include <QDir>
+#include <QFileOpenEvent>
+#include <QGuiApplication>
+#include <QOpenGLContext>
+#include <QQuickWindow>
+#include <cstdio>
+
+namespace vellum {
+
+namespace {
+
+// Links that the system hands to a running program (macOS).
+class OpenedBySystem final : public QObject {
+public:
+  explicit OpenedBySystem(LinkOpener& links) : m_links(links) { qGuiApp->installEventFilter(this); }
+
+protected:
+  bool eventFilter(QObject* object, QEvent* event) override {
+    if (event->type() != QEvent::FileOpen) return QObject::eventFilter(object, event);
+    const auto* opened = static_cast<QFileOpenEvent*>(event); // by its type
+    m_links.open(opened->url().isLocalFile() ? opened->file() : opened->url().toString());
+    return true;
+  }
+
+private:
+  LinkOpener& m_links;
+};
+
+// The picture is drawn with OpenGL, or by the processor where there is none.
+void chooseRenderer() {
+  QOpenGLContext context;
+  QQuickWindow::setGraphicsApi(context.create() ? QSGRendererInterface::OpenGL
+                                                : QSGRendererInterface::Software);
+}
+
+int complain(const QString& sentence) {
+  std::fprintf(stderr, "%s\n", qUtf8Printable(sentence));
+  return 1;
+}
+
+int show(const QStringList& links, const QStringList& defaultTrackers, SingleInstance& instance) {
+  Runtime runtime;
+  AppState app(runtime, {defaultTrackers, {}, {}});
+  WindowState state(runtime, app);
+  const auto controls = MediaControls::make();
+  StayAwake stayAwake;
+  MediaSession session(state, *controls, stayAwake);
+  ui::MainWindow window(state);
+  if (window.window() == nullptr)
+    return complain(QGuiApplication::translate("Window", "The window could not be made."));
+
+  const OpenedBySystem opened(state.links);
+  const auto open = [&](const QStringList& what) {
+    for (const QString& link : what) state.links.open(link);
+    window.raise();
+  };
+  QObject::connect(&instance, &SingleInstance::opened, qGuiApp, open);
+  QObject::connect(&session, &MediaSession::windowWanted, qGuiApp, [&] { window.raise(); });
+  const StopSignals signals(runtime, [] { QGuiApplication::quit(); });
+  if (!links.isEmpty()) open(links);
+
+  const int result = QGuiApplication::exec();
+  state.playback.coordinator.saveNow();
+  return result;
+}
+
+} // namespace
+
+bool hasDisplay() {
+#ifdef Q_OS_MACOS
+  return true;
+#else
+  return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
+         qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+#endif
+}
+
+int runWindowMode(int argc, char** argv, const QStringList& links,
+                  const QStringList& defaultTrackers) {
+  QGuiApplication application(argc, argv);
+  QGuiApplication::setDesktopFileName(QStringLiteral("vellum"));
+  const QStringList openable = openableLinks(links, QDir::currentPath());
+  SingleInstance instance;
+  switch (instance.start(openable)) {
+  case SingleInstance::Start::First: break;
+  case SingleInstance::Start::HandedOver: return 0;
+  case SingleInstance::Start::Unanswered:
+    return complain(
+        QGuiApplication::translate("Window", "Vellum is running already, but it does not answer."));
+  }
+  chooseRenderer();
+  prepareLook(application);
+  return show(openable, defaultTrackers, instance);
+}
+
+} // namespace vellum

@@ -1,0 +1,145 @@
+import QtQuick
+import QtQuick.Window
+import Vellum.Controls
+import Vellum.Player
+import Vellum.Theme
+import Vellum.Torrents
+import Vellum.Window
+
+// The window: sidebar, section and mini player, or the player over all of it; and what stands above
+// both, sheets and alerts.
+Window {
+    id: window
+
+    required property WindowModel model
+    required property Screens screens
+    readonly property bool isFullScreen: visibility === Window.FullScreen
+    property int visibilityBefore: Window.Windowed
+
+    function toggleFullScreen() {
+        if (!isFullScreen)
+            visibilityBefore = visibility;
+        visibility = isFullScreen ? visibilityBefore : Window.FullScreen;
+    }
+
+    color: Theme.background
+    height: Theme.windowHeight
+    minimumHeight: Theme.windowLowest
+    minimumWidth: Theme.windowNarrowest
+    title: model.title
+    visible: true
+    width: Theme.windowWidth
+
+    PlaybackMenu {
+        id: playbackMenu
+
+        model: window.model
+        onFullScreenWanted: window.toggleFullScreen()
+    }
+
+    FocusScope {
+        anchors.fill: parent
+        focus: !window.model.showsPlayer
+        visible: !window.model.showsPlayer
+
+        Sidebar {
+            id: sidebar
+
+            height: parent.height
+            model: window.model
+            onMenuWanted: item => playbackMenu.popup(item)
+        }
+        SectionView {
+            anchors.bottom: miniPlayer.top
+            anchors.left: sidebar.right
+            anchors.right: parent.right
+            anchors.top: parent.top
+            focus: true
+            screens: window.screens
+            section: window.model.section
+            onTorrentFileWanted: torrentFiles.choose()
+        }
+        Loader {
+            id: miniPlayer
+
+            active: window.model.showsMiniPlayer
+            anchors.bottom: parent.bottom
+            anchors.left: sidebar.right
+            anchors.right: parent.right
+            height: active ? implicitHeight : 0
+
+            sourceComponent: MiniPlayer {
+                model: window.screens.player
+                onExpandWanted: window.model.expandPlayer()
+            }
+        }
+    }
+    Loader {
+        active: window.model.showsPlayer
+        anchors.fill: parent
+        focus: active
+
+        sourceComponent: PlayerScreen {
+            focus: true
+            model: window.screens.player
+            onFullScreenWanted: window.toggleFullScreen()
+            onSubtitleFileWanted: subtitleFiles.choose()
+        }
+    }
+    DropArea {
+        anchors.fill: parent
+        onDropped: drop => {
+            for (const url of drop.urls)
+                window.model.open(url.toString());
+            if (!drop.hasUrls && drop.hasText)
+                window.model.open(drop.text);
+        }
+    }
+
+    FilePanel {
+        id: torrentFiles
+
+        filters: [qsTr("Torrent files (%1)").arg("*.torrent *.TORRENT"), qsTr("All files (%1)").arg("*")]
+        title: qsTr("Open .torrent")
+        onChosen: file => window.model.inspectFile(file)
+    }
+    FilePanel {
+        id: subtitleFiles
+
+        filters: [qsTr("Subtitles (%1)").arg("*.srt *.vtt *.ass *.ssa"), qsTr("All files (%1)").arg("*")]
+        title: qsTr("Choose subtitles")
+        onChosen: file => window.screens.player.addSubtitleFile(file)
+    }
+
+    TorrentInspector {
+        model: window.screens.inspector
+    }
+    Alert {
+        id: seeders
+
+        readonly property bool wanted: window.model.asksAboutSeeders
+
+        actions: [{ text: qsTr("Try anyway"), role: "default" }, { text: qsTr("Cancel"), role: "cancel" }]
+        message: qsTr("This torrent reports 0 seeders, so streaming may never start. You can try anyway.")
+        objectName: "zeroSeedAlert"
+        title: qsTr("No seeders reported")
+        onChosen: index => window.model.answerAboutSeeders(index === 0)
+        onWantedChanged: wanted ? open() : close()
+    }
+    Alert {
+        id: notice
+
+        readonly property string wanted: window.model.notice
+
+        objectName: "noticeAlert"
+        title: qsTr("Notice")
+        onChosen: window.model.dismissNotice()
+        // What it says stays while it fades.
+        onWantedChanged: {
+            if (wanted === "")
+                return;
+            message = wanted;
+            open();
+        }
+    }
+}

@@ -1,0 +1,28 @@
+// The one window of the program.
+#pragma once
+#include "ui/window/Screens.h"
+#include "ui/window/WindowModel.h"
+#include <QQmlApplicationEngine>
+
+class QQuickWindow;
+
+namespace vellum::ui {
+
+// Main thread. Closing it ends the program.
+class MainWindow final {
+public:
+  // It outlives the window. Shows the window at once.
+  explicit MainWindow(WindowState& window);
+
+  QQuickWindow* window() const; // nothing if it could not be made
+  void raise();
+  WindowModel& model() { return m_model; }
+  QQmlEngine& engine() { return m_engine; }
+
+private:
+  WindowModel m_model;
+  Screens m_screens;
+  QQmlApplicationEngine m_engine;
+};
+
+} // namespace vellum::ui

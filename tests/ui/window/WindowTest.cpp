@@ -1,0 +1,205 @@
+// The real window, driven by mouse and keyboard through the demo world.
+#include "playback/MpvPicture.h"
+#include "ui/controls/Look.h"
+#include "ui/window/WindowWorld.h"
+#include <QDir>
+#include <QGuiApplication>
+#include <gtest/gtest.h>
+
+namespace vellum::test {
+namespace {
+
+QString text(const char* utf8) { return QString::fromUtf8(utf8); }
+
+struct WindowTest : testing::Test {
+  void TearDown() override {
+    EXPECT_TRUE(world.warnings().isEmpty()) << world.warnings().join(u'\n').toStdString();
+  }
+
+  template <class Condition>
+  static bool until(Condition holds, int limit = 20'000) {
+    return QTest::qWaitFor(holds, limit);
+  }
+  void searchFor(const char* words) {
+    see.click(text("section-torrents"));
+    ASSERT_TRUE(see.comes(text("searchField")));
+    see.focus(text("searchField"));
+    see.press(Qt::Key_A, Qt::ControlModifier);
+    see.type(words);
+    see.press(Qt::Key_Return);
+    ASSERT_TRUE(until([&] { return !app.aggregator.isSearching() && rows() > 0; }));
+    see.settle();
+  }
+  int rows() { return see.property(text("resultList"), "count").toInt(); }
+  // The play button in the row with that title.
+  QQuickItem* partOfRow(const char* title, const char* part) {
+    QQuickItem* found = nullptr;
+    everyItem(world.window().contentItem(), [&](QQuickItem* item) {
+      if (item->objectName() != text(part) || !item->isVisible()) return;
+      for (auto* above = item->parentItem(); above; above = above->parentItem())
+        if (above->property("title").toString().contains(text(title))) found = item;
+    });
+    return found;
+  }
+  void clickPart(const char* title, const char* part) {
+    QQuickItem* target = partOfRow(title, part);
+    ASSERT_NE(target, nullptr) << title;
+    const QPointF middle(target->width() / 2, target->height() / 2);
+    QTest::mouseClick(&world.window(), Qt::LeftButton, {}, target->mapToScene(middle).toPoint());
+  }
+  // Whether what that item shows changes by itself.
+  bool moves(const char* name) {
+    QQuickItem* picture = see.item(text(name));
+    const QRect place = picture->mapRectToScene(picture->boundingRect()).toRect();
+    const QImage before = see.settle().copy(place);
+    return until([&] { return see.settle().copy(place) != before; }, 3000);
+  }
+  QString streams() const { return app.cache.torrentDir() + text("/streams"); }
+  bool nothingIsLeft() {
+    return until([&] {
+      return app.engine.entries().empty() &&
+             QDir(streams()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).isEmpty();
+    });
+  }
+
+  WindowWorld world;
+  Driver& see = world.drive();
+  AppState& app = world.state().app;
+  VideoPlayerManager& player = world.state().playback.player;
+  PlaybackCoordinator& coordinator = world.state().playback.coordinator;
+};
+
+TEST_F(WindowTest, AFilmIsFoundPlayedLeftAndResumedWithTheMouse) {
+  searchFor("demo");
+  EXPECT_TRUE(see.shows(text("banner0"))) << "of the provider that is gone";
+  clickPart("480p", "playButton");
+  ASSERT_TRUE(see.comes(text("playerScreen")));
+  ASSERT_TRUE(until([&] { return player.currentTime() > 0.5; })) << player.error().toStdString();
+  EXPECT_TRUE(see.goes(text("streamProgress")));
+  EXPECT_TRUE(moves("playerPicture"));
+  EXPECT_TRUE(until([&] { return see.text(text("subtitleText")) == "A line to read"; }));
+
+  see.click(text("playPauseButton"));
+  ASSERT_TRUE(until([&] { return !player.isPlaying(); }));
+  see.click(text("timeSlider"), 0.5);
+  ASSERT_TRUE(until([&] { return std::abs(player.currentTime() - 20) < 2; }));
+  see.click(text("playPauseButton"));
+  see.click(text("backButton"));
+  ASSERT_TRUE(see.comes(text("miniPlayer")));
+  EXPECT_EQ(player.currentURL().scheme(), text("http")) << "it plays on";
+  EXPECT_TRUE(moves("miniPicture"));
+  see.click(text("closePlayerButton"));
+  ASSERT_TRUE(see.goes(text("miniPlayer")));
+  EXPECT_TRUE(nothingIsLeft());
+}
+
+TEST_F(WindowTest, TheKeyboardAloneLeadsToAPictureAndBack) {
+  ASSERT_TRUE(see.tabTo(text("section-home")));
+  for (int i = 0; i < 3; ++i) see.press(Qt::Key_Down);
+  see.press(Qt::Key_Return);
+  ASSERT_TRUE(see.comes(text("searchField")));
+  ASSERT_TRUE(see.tabTo(text("searchField")));
+  see.type("demo 480p");
+  see.press(Qt::Key_Return);
+  ASSERT_TRUE(until([&] { return !app.aggregator.isSearching() && rows() > 0; }));
+  ASSERT_TRUE(see.tabTo(text("resultList")));
+  see.press(Qt::Key_Home);
+  see.press(Qt::Key_Return);
+  ASSERT_TRUE(see.comes(text("playerScreen")));
+  ASSERT_TRUE(until([&] { return player.currentTime() > 0.2; }));
+
+  see.press(Qt::Key_Space);
+  EXPECT_TRUE(until([&] { return !player.isPlaying(); }));
+  see.press(Qt::Key_Right);
+  EXPECT_TRUE(until([&] { return player.currentTime() > 10; }));
+  see.press(Qt::Key_Left);
+  EXPECT_TRUE(until([&] { return player.currentTime() < 5; }));
+  see.press(Qt::Key_Down);
+  see.press(Qt::Key_M);
+  EXPECT_TRUE(player.isMuted());
+  EXPECT_LT(player.volume(), 0.95F);
+  see.press(Qt::Key_Up); // louder is no longer mute
+  EXPECT_FALSE(player.isMuted());
+  see.press(Qt::Key_F);
+  EXPECT_TRUE(until([&] { return world.window().visibility() == QWindow::FullScreen; }));
+  see.press(Qt::Key_F);
+  see.press(Qt::Key_Escape);
+  EXPECT_TRUE(see.comes(text("miniPlayer")));
+  see.press(Qt::Key_P, Qt::ControlModifier);
+  EXPECT_TRUE(until([&] { return player.isPlaying(); }));
+  ASSERT_TRUE(see.tabTo(text("expandButton")));
+  see.press(Qt::Key_Return);
+  ASSERT_TRUE(see.comes(text("playerScreen")));
+  see.press(Qt::Key_Period, Qt::ControlModifier);
+  EXPECT_TRUE(see.goes(text("playerScreen")));
+  EXPECT_FALSE(see.shows(text("miniPlayer")));
+  EXPECT_TRUE(nothingIsLeft());
+}
+
+TEST_F(WindowTest, ATorrentThatNobodySeedsIsTriedOnlyWhenWanted) {
+  searchFor("trailer");
+  for (const bool tries : {false, true}) {
+    clickPart("Trailer", "playButton");
+    ASSERT_TRUE(until([&] { return see.property(text("zeroSeedAlert"), "opened").toBool(); }));
+    see.press(tries ? Qt::Key_Return : Qt::Key_Escape);
+    EXPECT_EQ(see.comes(text("playerScreen"), tries ? 5000 : 300), tries);
+  }
+  EXPECT_EQ(see.text(text("stageText")), "Connecting to peers…");
+  see.click(text("cancelButton"));
+  EXPECT_TRUE(see.goes(text("playerScreen")));
+  EXPECT_FALSE(coordinator.stream() || coordinator.nowPlaying());
+  EXPECT_TRUE(nothingIsLeft());
+}
+
+TEST_F(WindowTest, LinksComeIntoTheInspectorAndWhatIsNoneIsSaid) {
+  LinkOpener& links = world.state().links;
+  const auto inspects = [&](const char* what) {
+    return until([&] { return see.text(text("countsLine")).find(what) != std::string::npos; });
+  };
+  links.open(world.magnet());
+  ASSERT_TRUE(until([&] { return see.property(text("inspector"), "opened").toBool(); }));
+  EXPECT_TRUE(see.shows(text("copyMagnetButton")));
+  EXPECT_FALSE(see.shows(text("revealButton")));
+  links.open(world.torrentFile()); // takes the place of what was shown
+  EXPECT_TRUE(inspects("2 file(s)"));
+  EXPECT_TRUE(see.shows(text("revealButton")));
+
+  QFile broken(world.home() + text("/broken.torrent"));
+  ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
+  broken.close();
+  links.open(broken.fileName()); // over the sheet, which stays
+  ASSERT_TRUE(until([&] { return see.property(text("noticeAlert"), "opened").toBool(); }));
+  EXPECT_EQ(see.text(text("noticeAlert"), "message"),
+            "Couldn't read torrent: Not a valid .torrent file");
+  see.press(Qt::Key_Escape);
+  EXPECT_TRUE(until([&] { return !world.state().navigation.notice(); }));
+  EXPECT_TRUE(see.property(text("inspector"), "opened").toBool());
+  see.press(Qt::Key_Escape);
+  EXPECT_TRUE(until([&] { return !world.state().navigation.inspector(); }));
+}
+
+TEST_F(WindowTest, WhatWasWatchedWhenTheProgramEndsIsResumedInTheNext) {
+  searchFor("demo");
+  clickPart("480p", "playButton");
+  ASSERT_TRUE(until([&] { return player.duration() > 0; }));
+  see.press(Qt::Key_Space);
+  player.seek(20);
+  ASSERT_TRUE(until([&] { return player.currentTime() > 19; }));
+  world.restart();
+  WindowState& again = world.state();
+  const HistoryEntries history = again.app.library.history();
+  ASSERT_EQ(history.size(), 1U);
+  again.entries.resume(history[0]);
+  EXPECT_TRUE(until([&] { return again.playback.player.currentTime() > 19; }));
+  EXPECT_TRUE(world.drive().shows(text("playerScreen")));
+}
+
+} // namespace
+} // namespace vellum::test
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  QGuiApplication app(argc, argv);
+  vellum::prepareLook(app);
+  return RUN_ALL_TESTS();
+}
