@@ -1,16 +1,24 @@
 #include "net/HttpFileTransfers.h"
+#include "base/MainLoop.h"
 #include "net/HttpFileTransfer.h"
+#include <QEventLoop>
 #include <QNetworkAccessManager>
+#include <future>
 #include <map>
 
 namespace vellum {
 
-// The running transfers by their number. On the transfers' thread alone, but for its making.
-class HttpFileTransfers::Worker final : public QObject {
+// The running transfers by their number. On the transfers' thread alone, but for post().
+class HttpFileTransfers::Worker {
 public:
   explicit Worker(std::chrono::milliseconds patience) : m_patience(patience) {}
-  // The transfers go before the network that they are part of.
-  ~Worker() override { m_transfers.clear(); }
+
+  template <class F>
+  void post(F work) {
+    m_queue.post(std::move(work));
+  }
+  void run() { m_loop.exec(); }
+  void quit() { m_loop.quit(); }
 
   void start(quint64 number, TransferSource source, std::shared_ptr<SharedProgress> progress,
              Ended ended) {
@@ -30,8 +38,8 @@ public:
   void drop(quint64 number) {
     const auto found = m_transfers.find(number);
     if (found == m_transfers.end()) return;
-    // It may be the one that tells of its own end.
-    found->second.release()->deleteLater();
+    // It is the one that tells of its own end.
+    m_queue.post([ended = std::move(found->second)] {});
     m_transfers.erase(found);
   }
   void cancel(quint64 number) { m_transfers.erase(number); }
@@ -40,9 +48,11 @@ private:
   static constexpr std::size_t kRoom = 1024 * 1024;
 
   const std::chrono::milliseconds m_patience;
+  QEventLoop m_loop;
   std::vector<char> m_room = std::vector<char>(kRoom);
   std::unique_ptr<QNetworkAccessManager> m_manager;
   std::map<quint64, std::unique_ptr<HttpFileTransfer>> m_transfers;
+  MainLoop m_queue; // of this thread
 };
 
 // What the asker holds: a number, and the way to the thread.
@@ -51,14 +61,10 @@ public:
   Handle(Worker& worker, quint64 number) : m_worker(worker), m_number(number) {}
 
   void pause() override {
-    QMetaObject::invokeMethod(
-        &m_worker, [&worker = m_worker, number = m_number] { worker.pause(number); },
-        Qt::QueuedConnection);
+    m_worker.post([&worker = m_worker, number = m_number] { worker.pause(number); });
   }
   void cancel() override {
-    QMetaObject::invokeMethod(
-        &m_worker, [&worker = m_worker, number = m_number] { worker.cancel(number); },
-        Qt::QueuedConnection);
+    m_worker.post([&worker = m_worker, number = m_number] { worker.cancel(number); });
   }
   std::optional<TransferProgress> progress() const override { return m_progress->get(); }
 
@@ -70,31 +76,30 @@ private:
   const std::shared_ptr<SharedProgress> m_progress = std::make_shared<SharedProgress>();
 };
 
-HttpFileTransfers::HttpFileTransfers(std::chrono::milliseconds patience) : m_patience(patience) {
-  m_thread.setObjectName(QStringLiteral("file transfers"));
-}
+HttpFileTransfers::HttpFileTransfers(std::chrono::milliseconds patience) : m_patience(patience) {}
 
 HttpFileTransfers::~HttpFileTransfers() {
-  m_thread.quit();
-  m_thread.wait();
+  if (!m_worker) return;
+  m_worker->post([worker = m_worker] { worker->quit(); });
+  m_thread.join();
 }
 
 std::shared_ptr<FileTransfer> HttpFileTransfers::start(TransferSource source, Ended ended) {
   if (!m_worker) {
-    m_worker = new Worker(m_patience);
-    m_worker->moveToThread(&m_thread);
-    QObject::connect(&m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
-    m_thread.start();
+    std::promise<Worker*> made;
+    m_thread = std::thread([&made, patience = m_patience] {
+      Worker worker(patience);
+      made.set_value(&worker);
+      worker.run();
+    });
+    m_worker = made.get_future().get();
   }
   const quint64 number = ++m_started;
   const auto handle = std::make_shared<Handle>(*m_worker, number);
-  QMetaObject::invokeMethod(
-      m_worker,
-      [worker = m_worker, number, source = std::move(source), progress = handle->shared(),
-       ended = std::move(ended)]() mutable {
-        worker->start(number, std::move(source), std::move(progress), std::move(ended));
-      },
-      Qt::QueuedConnection);
+  m_worker->post([worker = m_worker, number, source = std::move(source),
+                  progress = handle->shared(), ended = std::move(ended)]() mutable {
+    worker->start(number, std::move(source), std::move(progress), std::move(ended));
+  });
   return handle;
 }
 

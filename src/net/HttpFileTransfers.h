@@ -1,8 +1,8 @@
 // Downloads into files over HTTP, on a thread of their own.
 #pragma once
 #include "net/FileTransfers.h"
-#include <QThread>
 #include <chrono>
+#include <thread>
 
 namespace vellum {
 
@@ -27,8 +27,8 @@ private:
   class Handle;
 
   const std::chrono::milliseconds m_patience;
-  QThread m_thread;
-  Worker* m_worker = nullptr; // lives on the thread, and ends with it
+  std::thread m_thread;
+  Worker* m_worker = nullptr; // lives on the thread, from its beginning to its end
   quint64 m_started = 0;
 };
 

@@ -1,6 +1,7 @@
 #include "DownloadTest.h"
 #include "support/FileAnswer.h"
 #include <csignal>
+#include <mutex>
 #include <random>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -78,10 +79,12 @@ TEST_F(DownloadResumeTest, GoesOnOnlyWhereTheServerStillHasTheSameFile) {
                 {}},
            Case{"gone", strong, "\"a\"", ScriptedServer::reply(404, "gone"), {}},
        }) {
-    std::vector<RequestHead> asked; // read when the server has answered
+    std::mutex mutex;
+    std::vector<RequestHead> heard; // under the mutex
     ScriptedServer server([&](const QByteArray& request) {
-      asked.push_back(RequestHead::parse(request));
-      return asked.size() == 1 ? halfAnAnswer(headers) : asked.size() == 2 ? second : third;
+      const std::lock_guard lock(mutex);
+      heard.push_back(RequestHead::parse(request));
+      return heard.size() == 1 ? halfAnAnswer(headers) : heard.size() == 2 ? second : third;
     });
     start(server.url(QStringLiteral("/film.mp4")));
     ASSERT_NO_FATAL_FAILURE(pauseAtHalf()) << name;
@@ -89,6 +92,8 @@ TEST_F(DownloadResumeTest, GoesOnOnlyWhereTheServerStillHasTheSameFile) {
     manager->resume(row().id);
     EXPECT_EQ(ending() == "finished", !saved.isEmpty()) << name << ": " << ending();
     EXPECT_TRUE(contents() == (saved.isEmpty() ? "(none)" : saved)) << name;
+    const std::lock_guard lock(mutex);
+    const auto asked = heard;
     EXPECT_EQ(asked.at(1).header("Range"), ifRange.isEmpty() ? "" : "bytes=400000-") << name;
     EXPECT_EQ(asked.at(1).header("If-Range"), ifRange) << name;
     EXPECT_EQ(asked.size(), third.head.isEmpty() ? 2 : 3) << name;
