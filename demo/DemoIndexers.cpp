@@ -133,11 +133,11 @@ void DemoIndexers::tell(QTextStream& out) const {
 void DemoIndexers::writePreferences(const QString& path) const {
   std::vector<ProviderConfig> providers{
       provider("Vidarium", ProviderKind::ArchiveOrg, m_indexers->catalog()),
+      provider("YTS", ProviderKind::Yts, m_indexers->yts()), // first of those: it knows qualities
       provider("ApiBay", ProviderKind::Apibay, m_indexers->webPage()),
-      provider("YTS", ProviderKind::Yts, m_indexers->yts()),
       provider("Indexers", ProviderKind::Torznab, m_indexers->torznab()),
       provider("Gone", ProviderKind::Apibay, deadAddress())};
-  providers[1].mirrors = {m_indexers->apiBay()};
+  providers[2].mirrors = {m_indexers->apiBay()};
   providers[3].apiKey = kApiKey;
   PreferenceStore(path).set(QStringLiteral("providers"), toJson(providers));
 }

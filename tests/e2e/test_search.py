@@ -48,11 +48,10 @@ class Search(WorldTest):
         everywhere = "ApiBay, Indexers, YTS"
         self.assertEqual(found, [
             ["TITLE", "SIZE", "SEEDS", "PEERS", "QUALITY", "SOURCES"],
-            ["Vellum Demo Film, the Lost Cut (2026) 720p WEB x264", "1.2 GB", "48", "9", "720p",
-             everywhere],
-            ["Vellum Demo Film (2026) 480p WEB x264", "3 MB", "3", "0", "480p", everywhere],
-            ["Vellum Demo Film (2026) 720p WEB x264", "3 MB", "1", "0", "720p", everywhere],
-            ["Vellum Demo Film (2026) 1080p WEB x264", "3 MB", "1", "0", "1080p", everywhere],
+            ["Vellum Demo Film, the Lost Cut (2026) 720p web", "1.2 GB", "48", "9", "720p", everywhere],
+            ["Vellum Demo Film (2026) 480p web", "3 MB", "3", "0", "480p", everywhere],
+            ["Vellum Demo Film (2026) 720p web", "3 MB", "1", "0", "720p", everywhere],
+            ["Vellum Demo Film (2026) 1080p web", "3 MB", "1", "0", "1080p", everywhere],
             ["Vellum Demo Film", "—", "—", "—", "—", "Vidarium"]])
         nothing = self.search("no", "such", "film")
         self.assertEqual(nothing.returncode, 0)

@@ -8,6 +8,7 @@ T.Button {
 
     property color color: checked ? Theme.accent : Theme.text
     property int size: Theme.iconM
+    property bool wasPressed: false // since the pointer came
 
     implicitHeight: Math.max(Theme.controlHeight, size + Theme.spaceM)
     implicitWidth: implicitHeight
@@ -15,6 +16,8 @@ T.Button {
     Accessible.role: Accessible.Button
     Keys.onEnterPressed: Press.on(button)
     Keys.onReturnPressed: Press.on(button)
+    onHoveredChanged: wasPressed = false
+    onPressed: wasPressed = true
 
     background: ControlSurface {
         control: button
@@ -30,7 +33,7 @@ T.Button {
     }
 
     Tip {
-        shown: button.hovered && !button.down
+        shown: button.hovered && !button.wasPressed
         text: button.text
     }
 }

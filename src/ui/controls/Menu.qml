@@ -21,6 +21,9 @@ T.Menu {
     overlap: Theme.hairlineWidth
     padding: Theme.spaceXS
 
+    // No binding: an entry that is highlighted here takes the focus, which the menu follows.
+    onCurrentIndexChanged: list.currentIndex = currentIndex
+
     delegate: MenuItem {}
 
     background: Rectangle {
@@ -30,9 +33,11 @@ T.Menu {
         radius: Theme.radiusM
     }
     contentItem: ListView {
+        id: list
+
         Accessible.role: Accessible.PopupMenu
         clip: contentHeight > height
-        currentIndex: menu.currentIndex
+        currentIndex: -1
         implicitHeight: contentHeight
         interactive: contentHeight > height
         model: menu.contentModel

@@ -9,12 +9,13 @@ Sheet {
     id: sheet
 
     required property InspectorModel model
+    readonly property bool wanted: model.shown
 
     objectName: "inspector"
     title: model.name
-    visible: model.shown
     // Not when it has closed: what arrives while it fades is shown, and not thrown away.
     onAboutToHide: model.close()
+    onWantedChanged: wanted ? open() : close()
 
     TextInput {
         id: hash

@@ -1,1 +1,257 @@
-int main() { return 0; }
+// Pictures of every state of every screen, each at the smallest and at a common size.
+//   vellum-screenshots FOLDER [WORD]   with a word, only the groups whose name begins with it
+#include "support/LoopbackSeeder.h"
+#include "ui/controls/Look.h"
+#include "ui/window/WindowWorld.h"
+#include <QDir>
+#include <QGuiApplication>
+#include <cstdio>
+
+using namespace vellum;
+using namespace vellum::test;
+
+namespace {
+
+QString text(const char* utf8) { return QString::fromUtf8(utf8); }
+
+class Photographer {
+public:
+  explicit Photographer(const QString& folder) : m_folder(folder) { m_folder.mkpath(text(".")); }
+
+  void torrents();
+  void inspector();
+  void player();
+  void failures();
+
+private:
+  WindowState& state() { return m_world.state(); }
+  Driver& see() { return m_world.drive(); }
+
+  void shoot(const char* name, int settling = 300) {
+    for (const QSize size : {QSize(980, 640), QSize(1440, 900)}) {
+      m_world.window().resize(size);
+      QTest::qWait(settling);
+      const QString file = text("%1-%2.png").arg(text(name)).arg(size.width());
+      if (!see().settle().save(m_folder.filePath(file)))
+        std::fprintf(stderr, "not saved: %s\n", name);
+    }
+  }
+  template <class Condition>
+  static void wait(Condition holds, int limit = 20'000) {
+    if (!QTest::qWaitFor(holds, limit)) std::fprintf(stderr, "waited in vain\n");
+  }
+  void submit(const char* words) {
+    see().focus(text("searchField"));
+    see().press(Qt::Key_A, Qt::ControlModifier);
+    see().type(words);
+    see().press(Qt::Key_Return);
+  }
+  void open(const char* section) { see().click(text("section-") + text(section)); }
+  TorrentResult row(const TestTorrent& torrent, const QStringList& peers) const {
+    TorrentResult made;
+    made.infoHash = toHex(torrent.infoHash);
+    made.id = *made.infoHash;
+    made.title = torrent.name;
+    made.magnet = torrent.magnet({}, peers);
+    return made;
+  }
+  void play(const TestTorrent& torrent, const LoopbackSeeder* seeder) {
+    const QString peer = text("127.0.0.1:%1").arg(seeder ? seeder->port() : 9);
+    state().playback.coordinator.playFromSearchResult(row(torrent, {peer}), {}, true, true);
+  }
+  void fail(const char* name, int limit) {
+    wait([&] { return see().shows(text("streamFailure")) || see().shows(text("failureText")); },
+         limit);
+    shoot(name);
+    state().stop();
+  }
+  bool reaches(StreamStage stage) {
+    const auto& stream = state().playback.coordinator.stream();
+    return stream && stream->stage == stage;
+  }
+  TestTorrent film() const;
+
+  QDir m_folder;
+  WindowWorld m_world;
+};
+
+TestTorrent Photographer::film() const {
+  return TestTorrent::fromDisk(m_world.filmFolder().toStdString(), 65536);
+}
+
+void Photographer::torrents() {
+  open("torrents");
+  wait([&] { return see().shows(text("searchField")); });
+  shoot("torrents-before");
+  submit("demo");
+  wait([&] { return !state().app.aggregator.isSearching(); });
+  shoot("torrents-results");
+  see().press(Qt::Key_Tab);
+  see().tabTo(text("resultList"));
+  see().press(Qt::Key_Down);
+  shoot("torrents-selected");
+  for (const char* control : {"resolutionPicker", "formatPicker", "maxSizePicker", "sourcesButton",
+                              "actionsButton", "variantsButton", "playbackMenuButton"}) {
+    see().click(text(control));
+    shoot((QByteArray("torrents-") + control).constData());
+    see().press(Qt::Key_Escape);
+    QTest::qWait(300);
+  }
+  submit("film");
+  wait([&] { return !state().app.aggregator.isSearching(); });
+  shoot("torrents-many");
+  submit("trailer");
+  wait([&] { return !state().app.aggregator.isSearching(); });
+  see().click(text("playButton"));
+  shoot("alert-seeders");
+  see().press(Qt::Key_Escape);
+  submit("nothing that anybody has");
+  wait([&] { return !state().app.aggregator.isSearching(); });
+  shoot("torrents-empty");
+
+  ProviderConfig slow;
+  slow.name = text("Slow");
+  slow.kind = ProviderKind::Apibay;
+  slow.baseURL = m_world.indexer("webpage").replace(text("/webpage"), text("/slow"));
+  state().app.registry.add(slow);
+  submit("demonstration");
+  shoot("torrents-searching", 150);
+  for (const ProviderConfig& config : state().app.settings.providers())
+    state().app.registry.setEnabled(config.id, false);
+  open("home");
+  open("torrents");
+  shoot("torrents-no-providers");
+}
+
+void Photographer::inspector() {
+  open("torrents");
+  state().links.open(m_world.magnet());
+  shoot("inspector-magnet", 600);
+  state().links.open(m_world.torrentFile());
+  shoot("inspector-file", 600);
+  state().navigation.setInspector({});
+  state().links.inspectMagnet(text("not a link"));
+  shoot("alert-notice", 600);
+  state().navigation.setNotice({});
+}
+
+void Photographer::player() {
+  SeederOptions slow;
+  slow.uploadRate = 400'000;
+  slow.servesMetadata = false;
+  {
+    const LoopbackSeeder mute(film(), slow);
+    play(film(), nullptr);
+    shoot("player-connecting", 600);
+    state().stop();
+    play(film(), &mute);
+    wait([&] { return reaches(StreamStage::Metadata); });
+    shoot("player-metadata");
+    state().stop();
+  }
+  slow.servesMetadata = true;
+  {
+    const LoopbackSeeder seeder(film(), slow);
+    play(film(), &seeder);
+    wait([&] { return reaches(StreamStage::Buffering); });
+    shoot("player-buffering", 900);
+    see().press(Qt::Key_Escape);
+    shoot("mini-buffering");
+    state().stop();
+  }
+  const ByteVector noise(3'000'000, std::byte{'x'});
+  std::vector<TestFile> episodes;
+  for (int i = 1; i <= 24; ++i)
+    episodes.push_back(
+        {text("A Series/Season 1/A.Series.S01E%1.A.Title.mkv").arg(i, 2, 10, QChar(u'0')), noise});
+  const auto series = TestTorrent::make(text("A Series"), episodes, 262144);
+  const LoopbackSeeder many(series);
+  play(series, &many);
+  wait([&] { return see().shows(text("streamChoices")); });
+  shoot("player-choices");
+  state().stop();
+
+  const LoopbackSeeder seeder(film());
+  play(film(), &seeder);
+  VideoPlayerManager& player = state().playback.player;
+  wait([&] { return player.currentTime() > 0.5; });
+  wait([&] { return see().shows(text("subtitleText")); });
+  shoot("player-playing", 600);
+  for (const char* menu : {"speed", "aspect", "subtitles"}) {
+    see().click(text(menu));
+    shoot((QByteArray("player-menu-") + menu).constData());
+    see().press(Qt::Key_Escape);
+    QTest::qWait(300);
+  }
+  see().press(Qt::Key_Space);
+  wait([&] { return !player.isPlaying(); });
+  shoot("player-paused");
+  see().press(Qt::Key_Escape);
+  shoot("mini-paused");
+  state().stop();
+}
+
+void Photographer::failures() {
+  qputenv("PATH", m_folder.path().toUtf8()); // no player to hand over to
+  const auto noVideo = TestTorrent::make(
+      text("Words"), {{text("a.txt"), ByteVector(1000)}, {text("b.txt"), ByteVector(2000)}}, 16384);
+  const LoopbackSeeder words(noVideo);
+  play(noVideo, &words);
+  fail("failure-no-video", 20'000);
+  const auto noise = TestTorrent::make(text("Noise"),
+                                       {{text("noise.mkv"), ByteVector(3'000'000, std::byte{'x'})},
+                                        {text("b.txt"), ByteVector(2000)}},
+                                       16384);
+  const LoopbackSeeder noisy(noise);
+  play(noise, &noisy);
+  fail("failure-unsupported", 30'000);
+  TorrentResult nothing;
+  nothing.id = text("x");
+  nothing.title = text("Nothing to stream");
+  state().playback.coordinator.playFromSearchResult(nothing, {}, true, true);
+  fail("failure-other", 5000);
+  const QString cache = state().app.settings.cachePath();
+  state().app.settings.setCachePath(text("/proc"));
+  play(noise, &noisy);
+  fail("failure-disk", 5000);
+  state().app.settings.setCachePath(cache);
+
+  QFile broken(m_folder.filePath(text("broken.mp4")));
+  if (!broken.open(QIODevice::WriteOnly) || broken.write(QByteArray(100'000, 'x')) < 0)
+    std::fprintf(stderr, "no broken film\n");
+  broken.close();
+  state().entries.playLocal(QUrl::fromLocalFile(broken.fileName()));
+  wait([&] { return see().shows(text("errorCard")); });
+  shoot("player-error-card");
+  state().stop();
+  broken.remove();
+
+  play(film(), nullptr);
+  fail("failure-no-metadata", 70'000);
+  SeederOptions dying;
+  dying.closeAfter = 200'000;
+  dying.uploadRate = 400'000;
+  const LoopbackSeeder gone(film(), dying);
+  play(film(), &gone);
+  fail("failure-stalled", 120'000);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+  QGuiApplication app(argc, argv);
+  prepareLook(app);
+  if (argc < 2) return EXIT_FAILURE;
+  const QString only = argc > 2 ? QString::fromLocal8Bit(argv[2]) : QString();
+  const std::pair<const char*, void (Photographer::*)()> groups[] = {
+      {"torrents", &Photographer::torrents},
+      {"inspector", &Photographer::inspector},
+      {"player", &Photographer::player},
+      {"failures", &Photographer::failures}};
+  for (const auto& [name, take] : groups) {
+    if (!text(name).startsWith(only)) continue;
+    Photographer photographer(QString::fromLocal8Bit(argv[1]));
+    (photographer.*take)();
+  }
+  return EXIT_SUCCESS;
+}

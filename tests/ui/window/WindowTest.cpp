@@ -1,5 +1,5 @@
 // The real window, driven by mouse and keyboard through the demo world.
-#include "playback/MpvPicture.h"
+#include "app/MediaSession.h"
 #include "ui/controls/Look.h"
 #include "ui/window/WindowWorld.h"
 #include <QDir>
@@ -192,6 +192,43 @@ TEST_F(WindowTest, WhatWasWatchedWhenTheProgramEndsIsResumedInTheNext) {
   again.entries.resume(history[0]);
   EXPECT_TRUE(until([&] { return again.playback.player.currentTime() > 19; }));
   EXPECT_TRUE(world.drive().shows(text("playerScreen")));
+}
+
+// What the desktop would be told and asked.
+struct Desktop final : MediaControls {
+  void show(const MediaStatus& status) override { shown = status; }
+  MediaStatus shown;
+  bool awake = false;
+};
+struct Borrowed final : platform::DisplaySleep {
+  explicit Borrowed(Desktop& lender) : desktop(lender) {}
+  void hold(const QString&) override { desktop.awake = true; }
+  void release() override { desktop.awake = false; }
+  Desktop& desktop;
+};
+
+TEST_F(WindowTest, TheDesktopSeesAndSteersWhatPlays) {
+  Desktop desktop;
+  StayAwake stayAwake(std::make_unique<Borrowed>(desktop));
+  MediaSession session(world.state(), desktop, stayAwake);
+  searchFor("demo");
+  clickPart("480p", "playButton");
+  ASSERT_TRUE(until([&] { return player.currentTime() > 0.2; }));
+  EXPECT_TRUE(desktop.shown.isLoaded && desktop.shown.isPlaying && desktop.awake);
+  EXPECT_TRUE(desktop.shown.title.startsWith(text("Vellum Demo Film (2026)")));
+  Q_EMIT desktop.pause();
+  Q_EMIT desktop.pause(); // twice is once
+  ASSERT_TRUE(until([&] { return !player.isPlaying(); }));
+  EXPECT_FALSE(desktop.shown.isPlaying || desktop.awake);
+  Q_EMIT desktop.seekBy(10);
+  EXPECT_TRUE(until([&] { return desktop.shown.position > 9; }));
+  Q_EMIT desktop.setVolume(0.5);
+  EXPECT_EQ(desktop.shown.volume, 0.5);
+  Q_EMIT desktop.play();
+  EXPECT_TRUE(until([&] { return desktop.awake; }));
+  Q_EMIT desktop.stop();
+  EXPECT_FALSE(desktop.shown.isLoaded || desktop.awake);
+  EXPECT_TRUE(nothingIsLeft());
 }
 
 } // namespace

@@ -25,7 +25,7 @@ WindowWorld::~WindowWorld() {
 }
 
 void WindowWorld::startWorld(const QStringList& options) {
-  const QString film = m_folder.filePath(QStringLiteral("Vellum Test Film"));
+  const QString film = filmFolder();
   if (!QDir().mkpath(film) ||
       !QFile::copy(QStringLiteral(TEST_FILM), film + QStringLiteral("/Vellum.Test.Film.480p.mkv")))
     throw std::runtime_error("the film cannot be copied");
@@ -52,6 +52,10 @@ QString WindowWorld::line(const char* word) const {
     if (line.startsWith(word + QByteArray(" ")))
       return QString::fromUtf8(line.mid(qsizetype(std::strlen(word)) + 1));
   return {};
+}
+
+QString WindowWorld::indexer(const char* kind) const {
+  return line((QByteArray("INDEXER ") + kind).constData());
 }
 
 void WindowWorld::startProgram() {

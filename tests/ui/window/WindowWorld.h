@@ -21,6 +21,8 @@ public:
 
   QString magnet() const { return line("MAGNET"); }
   QString torrentFile() const { return line("TORRENT"); }
+  QString filmFolder() const { return m_folder.filePath(QStringLiteral("Vellum Test Film")); }
+  QString indexer(const char* kind) const; // its address
   QString home() const { return m_folder.filePath(QStringLiteral("home")); }
   WindowState& state() { return *m_state; }
   QQuickWindow& window() { return *m_window->window(); }
