@@ -1,0 +1,107 @@
+import QtQuick
+import Vellum.Controls
+import Vellum.Theme
+
+// One file on its way, or arrived.
+Item {
+    id: row
+
+    required property string detail
+    required property string key
+    required property string phase
+    required property real progress
+    required property string title
+
+    signal cancelled
+    signal paused
+    signal played
+    signal resumed
+
+    implicitHeight: words.implicitHeight + 2 * Theme.spaceM
+    objectName: "downloadRow"
+    width: parent?.width ?? 0
+    Accessible.name: title
+    Accessible.role: Accessible.Grouping
+
+    RowLine {}
+    Icon {
+        id: drawing
+
+        anchors.left: parent.left
+        anchors.leftMargin: Theme.spaceL
+        anchors.verticalCenter: parent.verticalCenter
+        color: row.phase === "failed" ? Theme.bad : row.phase === "finished" ? Theme.good : Theme.textMuted
+        name: row.phase === "failed" ? "error" : row.phase === "finished" ? "ok" : "film"
+    }
+    Column {
+        id: words
+
+        anchors.left: drawing.right
+        anchors.leftMargin: Theme.spaceM
+        anchors.right: buttons.left
+        anchors.rightMargin: Theme.spaceM
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: Theme.spaceXS
+
+        Label {
+            horizontalAlignment: Text.AlignLeft
+            objectName: "title"
+            text: row.title
+            width: parent.width
+        }
+        ProgressBar {
+            color: row.phase === "paused" ? Theme.textMuted : Theme.accent
+            indeterminate: row.progress < 0 && row.phase === "downloading"
+            name: row.title
+            objectName: "progress"
+            value: Math.max(0, row.progress)
+            visible: row.phase === "downloading" || row.phase === "paused"
+            width: parent.width
+        }
+        Label {
+            color: row.phase === "failed" ? Theme.bad : Theme.textMuted
+            elide: row.phase === "finished" ? Text.ElideMiddle : Text.ElideRight
+            font.pixelSize: Theme.fontSmall
+            objectName: "state"
+            text: row.detail
+            width: parent.width
+        }
+    }
+    Row {
+        id: buttons
+
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.spaceM
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: Theme.spaceXS
+
+        IconButton {
+            icon.name: "pause"
+            objectName: "pauseButton"
+            text: qsTr("Pause")
+            visible: row.phase === "downloading"
+            onClicked: row.paused()
+        }
+        IconButton {
+            icon.name: "play"
+            objectName: "resumeButton"
+            text: qsTr("Resume")
+            visible: row.phase === "paused"
+            onClicked: row.resumed()
+        }
+        Button {
+            icon.name: "play"
+            objectName: "playButton"
+            text: qsTr("Play")
+            visible: row.phase === "finished"
+            onClicked: row.played()
+        }
+        IconButton {
+            color: Theme.textMuted
+            icon.name: "close"
+            objectName: "cancelButton"
+            text: qsTr("Cancel / remove")
+            onClicked: row.cancelled()
+        }
+    }
+}
