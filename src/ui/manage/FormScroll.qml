@@ -9,7 +9,6 @@ Flickable {
     id: scroll
 
     default property alias content: column.data
-    readonly property Item focused: Window.activeFocusItem
 
     anchors.bottom: parent?.bottom
     anchors.left: parent?.left
@@ -20,19 +19,12 @@ Flickable {
     boundsBehavior: Flickable.StopAtBounds
     clip: true
     contentHeight: column.implicitHeight + Theme.spaceXL
-    onFocusedChanged: {
-        let inside = focused;
-        while (inside && inside !== column)
-            inside = inside.parent;
-        if (!inside)
-            return;
-        const top = focused.mapToItem(column, 0, 0).y - Theme.spaceM;
-        const bottom = top + focused.height + 2 * Theme.spaceM;
-        contentY = Math.max(0, Math.min(Math.max(contentY, bottom - height), top));
-    }
 
     T.ScrollBar.vertical: ScrollBar {}
 
+    FocusFollow {
+        view: scroll
+    }
     Column {
         id: column
 

@@ -2,19 +2,17 @@ import QtQuick
 import Vellum.Controls
 import Vellum.Theme
 
-// One row of the history; the first and the last close the panel that all rows are.
-FocusScope {
+// One row of the history.
+Item {
     id: row
 
     property bool first: false
     required property string key
-    property bool last: false
     required property real progress
     required property bool resumes
     required property string times
     required property string title
 
-    signal reached // by the keyboard
     signal removed
     signal resumed
 
@@ -22,8 +20,6 @@ FocusScope {
     objectName: "historyRow"
     Accessible.name: title
     Accessible.role: Accessible.Grouping
-    onActiveFocusChanged: if (activeFocus)
-        reached()
 
     Rectangle {
         anchors.fill: parent

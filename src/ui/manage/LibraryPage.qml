@@ -23,6 +23,9 @@ ManagePage {
     ListView {
         id: list
 
+        // What stands over the rows grows upwards when the saved files have been read.
+        property bool atTop: true
+
         anchors.fill: parent
         anchors.leftMargin: -Theme.spaceM
         anchors.rightMargin: -Theme.spaceM
@@ -30,19 +33,16 @@ ManagePage {
         clip: true
         model: page.model.history
         objectName: "historyList"
+        onContentYChanged: atTop = contentY <= originY + Theme.spaceS
 
         T.ScrollBar.vertical: ScrollBar {}
 
         // qmllint disable unqualified
         delegate: HistoryRow {
-            id: entry
-
             required property int index
 
             first: index === 0
-            last: index === ListView.view.count - 1
             width: ListView.view.width
-            onReached: list.positionViewAtIndex(index, ListView.Contain)
             onRemoved: page.model.remove(key)
             onResumed: page.model.resume(key)
         }
@@ -53,6 +53,8 @@ ManagePage {
         header: Item {
             height: sections.implicitHeight + Theme.spaceS
             width: list.width
+            onHeightChanged: if (list.atTop)
+                Qt.callLater(list.positionViewAtBeginning)
 
             Column {
                 id: sections
@@ -78,6 +80,9 @@ ManagePage {
                 }
             }
         }
+    }
+    FocusFollow {
+        view: list
     }
     // qmllint enable unqualified
     ClearHistoryAlert {
