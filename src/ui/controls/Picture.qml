@@ -2,7 +2,9 @@ import QtQuick
 import Vellum.Theme
 
 // A picture from an address, filling a rounded frame: a skeleton while it loads, a film when there
-// is none. `ground` is the colour behind it, which the corners are cut out with.
+// is none. What lies on the web comes through the engine's provider "poster", which bounds what
+// strangers send; otherwise the program's own are shown, and no others. `ground` is the colour
+// behind it, which the corners are cut out with.
 Item {
     id: picture
 
@@ -11,20 +13,28 @@ Item {
     property int radius: Theme.radiusM
     property url source
     property int widest: 2 * Theme.posterWidth // in the picture's own pixels
+    // What the provider could not get is a single point.
+    readonly property bool ready: image.status === Image.Ready && image.implicitWidth > 1
     readonly property bool waiting: loading || image.status === Image.Loading
+
+    function shown(address: string): string {
+        if (/^https?:/i.test(address))
+            return "image://poster/" + Qt.btoa(address);
+        return /^(qrc|image):/.test(address) ? address : "";
+    }
 
     Rectangle {
         anchors.fill: parent
-        color: Theme.panel
+        color: Qt.colorEqual(picture.ground, Theme.panel) ? Theme.raised : Theme.panel
         radius: picture.radius
-        visible: image.status !== Image.Ready
+        visible: !picture.ready
     }
     Icon {
         anchors.centerIn: parent
         color: Theme.textFaint
         name: "film"
         size: Math.min(Theme.iconHuge, parent.width / 2, parent.height / 2)
-        visible: !picture.waiting && image.status !== Image.Ready
+        visible: !picture.waiting && !picture.ready
     }
     Skeleton {
         anchors.fill: parent
@@ -38,8 +48,8 @@ Item {
         asynchronous: true
         fillMode: Image.PreserveAspectCrop
         mipmap: true
-        opacity: status === Image.Ready ? 1 : 0
-        source: picture.source
+        opacity: picture.ready ? 1 : 0
+        source: picture.shown(picture.source.toString())
         // Whatever size a stranger sends, no more is kept; and a frame that grows loads nothing anew.
         sourceSize.width: picture.widest
         Accessible.ignored: true
@@ -60,6 +70,6 @@ Item {
         border.width: cut
         color: Theme.clear
         radius: picture.radius + cut
-        visible: image.status === Image.Ready
+        visible: picture.ready
     }
 }

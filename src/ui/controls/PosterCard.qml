@@ -3,10 +3,12 @@ import QtQuick.Templates as T
 import Vellum.Theme
 
 // A film to press: its picture, its title in two lines at most, a subtitle. `progress` from 0 to 1
-// draws how far it was seen, below 0 nothing. While `loading` all of it is a skeleton.
+// draws how far it was seen, below 0 nothing. While `loading` all of it is a skeleton. `current` is
+// the owner's word that the keyboard stands on it, where it takes no focus itself.
 T.AbstractButton {
     id: card
 
+    property bool current: false
     property bool loading: false
     property real progress: -1
     property url source
@@ -41,7 +43,7 @@ T.AbstractButton {
                 visible: !card.loading
 
                 FocusRing {
-                    shown: card.visualFocus
+                    shown: card.visualFocus || card.current
                 }
             }
             ProgressBar {
