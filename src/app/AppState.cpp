@@ -51,6 +51,7 @@ AppState::AppState(Runtime& runtime, const Options& options)
       aggregator(runtime.main, runtime.pool),
       catalog(runtime.main, runtime.pool, catalogSearch(runtime)),
       cache(settings, runtime.main, runtime.pool, runtime.http),
+      downloads(settings, runtime.main, runtime.pool, runtime.transfers),
       registry(settings, runtime.preferences, runtime.http.transport(),
                ArchiveOrgProvider(runtime.http.fetcher())),
       m_surroundings(std::make_unique<EngineSurroundings>(runtime, settings, cache, options)),

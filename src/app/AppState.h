@@ -7,6 +7,7 @@
 #include "providers/ProviderRegistry.h"
 #include "providers/SearchAggregator.h"
 #include "storage/CacheManager.h"
+#include "storage/DownloadManager.h"
 #include "storage/LibraryStore.h"
 #include "storage/SettingsStore.h"
 
@@ -37,6 +38,7 @@ public:
   SearchAggregator aggregator;
   CatalogState catalog;
   CacheManager cache;
+  DownloadManager downloads;
   ProviderRegistry registry;
 
 private:

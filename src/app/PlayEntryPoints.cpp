@@ -29,6 +29,14 @@ void PlayEntryPoints::resume(const HistoryEntry& entry) {
   m_navigation.setShowPlayer(true);
 }
 
+void PlayEntryPoints::download(const ArchiveFile& file, const MediaItem& item,
+                               DownloadManager& downloads) {
+  if (auto refusal = downloads.start(item.title, file.url, file.size))
+    return m_navigation.setNotice(std::move(refusal));
+  m_navigation.setSection(SidebarSection::Downloads);
+  m_navigation.setSelectedItem(std::nullopt);
+}
+
 SubtitleTracks PlayEntryPoints::siblingSubtitles(const QUrl& video) {
   const QFileInfo info(video.toLocalFile());
   const QString base = info.completeBaseName();

@@ -5,6 +5,7 @@
 #include "base/Random.h"
 #include "engine/SessionRunner.h"
 #include "net/HttpClient.h"
+#include "net/HttpFileTransfers.h"
 #include "storage/PreferenceStore.h"
 #include "streaming/LocalStreamServer.h"
 
@@ -22,6 +23,7 @@ struct Runtime {
   PreferenceStore preferences; // searches that end late on the pool still write to it
   IoPool pool;
   HttpClient http{main};
+  HttpFileTransfers transfers;
   LocalStreamServer server{pool};
 
   // For sessions: `trackers` are those that every torrent gets besides its own.

@@ -52,7 +52,7 @@ int show(const QStringList& links, const QStringList& defaultTrackers, SingleIns
   const auto controls = MediaControls::make();
   StayAwake stayAwake;
   MediaSession session(state, *controls, stayAwake);
-  ui::MainWindow window(state);
+  ui::MainWindow window(runtime, state);
   if (window.window() == nullptr)
     return complain(QGuiApplication::translate("Window", "The window could not be made."));
 

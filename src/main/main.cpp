@@ -39,7 +39,8 @@ int main(int argc, char** argv) {
   case Arguments::Mode::Version: return print(stdout, QStringLiteral("Vellum " VELLUM_VERSION), 0);
   case Arguments::Mode::Wrong: return print(stderr, arguments.error, 2);
   case Arguments::Mode::Window:
-    if (hasDisplay()) return runWindowMode(argc, argv, arguments.links, addresses::defaultTrackers());
+    if (hasDisplay())
+      return runWindowMode(argc, argv, arguments.links, addresses::defaultTrackers());
     return print(
         stderr,
         QStringLiteral("There is no display here for a window: ./run stream SOURCE streams "

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Window
+import Vellum.Catalog
 import Vellum.Controls
 import Vellum.Player
 import Vellum.Theme
@@ -57,6 +58,7 @@ Window {
             focus: true
             screens: window.screens
             section: window.model.section
+            onFolderWanted: which => folders.chooseFor(which)
             onTorrentFileWanted: torrentFiles.choose()
         }
         Loader {
@@ -111,6 +113,20 @@ Window {
         onChosen: file => window.screens.player.addSubtitleFile(file)
     }
 
+    FolderPanel {
+        id: folders
+
+        onChosen: (which, folder) => {
+            if (which === "cache")
+                window.screens.settings.setCacheFolder(folder);
+            else
+                window.screens.settings.setDownloadsFolder(folder);
+        }
+    }
+
+    ItemSheet {
+        model: window.screens.item
+    }
     TorrentInspector {
         model: window.screens.inspector
     }

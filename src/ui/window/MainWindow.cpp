@@ -1,17 +1,25 @@
 #include "ui/window/MainWindow.h"
+#include "ui/catalog/PosterProvider.h"
 #include "ui/controls/Look.h"
 #include <QQuickWindow>
 #include <QtQml/qqmlextensionplugin.h>
 
 Q_IMPORT_QML_PLUGIN(Vellum_WindowPlugin)
+Q_IMPORT_QML_PLUGIN(Vellum_CatalogPlugin)
+Q_IMPORT_QML_PLUGIN(Vellum_ManagePlugin)
 Q_IMPORT_QML_PLUGIN(Vellum_PlayerPlugin)
 Q_IMPORT_QML_PLUGIN(Vellum_TorrentsPlugin)
 Q_IMPORT_QML_PLUGIN(Vellum_VideoPlugin)
 
 namespace vellum::ui {
 
-MainWindow::MainWindow(WindowState& window) : m_model(window), m_screens(window) {
+MainWindow::MainWindow(Runtime& runtime, WindowState& window)
+    : m_model(window), m_screens(runtime, window) {
   addModules(m_engine);
+  m_engine.addImageProvider(PosterProvider::name(),
+                            new PosterProvider(runtime.pool,
+                                               runtime.http.fetcher(PosterLoader::kLargestBody),
+                                               runtime.clock));
   m_engine.setInitialProperties({{QStringLiteral("model"), QVariant::fromValue(&m_model)},
                                  {QStringLiteral("screens"), QVariant::fromValue(&m_screens)}});
   m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Vellum/Window/Main.qml")));

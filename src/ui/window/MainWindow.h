@@ -11,8 +11,8 @@ namespace vellum::ui {
 // Main thread. Closing it ends the program.
 class MainWindow final {
 public:
-  // It outlives the window. Shows the window at once.
-  explicit MainWindow(WindowState& window);
+  // Both outlive the window. Shows the window at once.
+  MainWindow(Runtime& runtime, WindowState& window);
 
   QQuickWindow* window() const; // nothing if it could not be made
   void raise();

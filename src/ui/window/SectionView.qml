@@ -1,5 +1,6 @@
 import QtQuick
-import Vellum.Theme
+import Vellum.Catalog
+import Vellum.Manage
 import Vellum.Torrents
 import Vellum.Window
 
@@ -11,14 +12,47 @@ FocusScope {
     required property Screens screens
     required property string section
 
+    signal folderWanted(string which)
     signal torrentFileWanted
 
     Loader {
         anchors.fill: parent
         focus: true
-        sourceComponent: view.section === "torrents" ? torrents : toCome
+        sourceComponent: switch (view.section) {
+        case "discover": return discover;
+        case "search": return search;
+        case "torrents": return torrents;
+        case "library": return library;
+        case "downloads": return downloads;
+        case "settings": return settings;
+        default: return home;
+        }
     }
     // qmllint disable unqualified
+    Component {
+        id: home
+
+        HomePage {
+            focus: true
+            model: view.screens.home
+        }
+    }
+    Component {
+        id: discover
+
+        DiscoverPage {
+            focus: true
+            model: view.screens.discover
+        }
+    }
+    Component {
+        id: search
+
+        CatalogSearchPage {
+            focus: true
+            model: view.screens.search
+        }
+    }
     Component {
         id: torrents
 
@@ -31,10 +65,28 @@ FocusScope {
         }
     }
     Component {
-        id: toCome
+        id: library
 
-        ToComePage {
-            section: view.section
+        LibraryPage {
+            focus: true
+            model: view.screens.library
+        }
+    }
+    Component {
+        id: downloads
+
+        DownloadsPage {
+            focus: true
+            model: view.screens.downloads
+        }
+    }
+    Component {
+        id: settings
+
+        SettingsPage {
+            focus: true
+            model: view.screens.settings
+            onFolderWanted: which => view.folderWanted(which)
         }
     }
     // qmllint enable unqualified

@@ -62,7 +62,7 @@ void WindowWorld::startProgram() {
   m_runtime.emplace();
   m_app.emplace(*m_runtime, AppState::Options{addresses::defaultTrackers(), {}, {}});
   m_state.emplace(*m_runtime, *m_app, AudioOutput::Silent);
-  m_window.emplace(*m_state);
+  m_window.emplace(*m_runtime, *m_state);
   if (m_window->window() == nullptr) throw std::runtime_error("there is no window");
   QObject::connect(&m_window->engine(), &QQmlEngine::warnings,
                    [this](const QList<QQmlError>& errors) {
