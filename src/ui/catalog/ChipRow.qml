@@ -47,7 +47,7 @@ Flickable {
             }
         }
         Repeater {
-            model: row.loading ? Math.ceil(row.width / Theme.posterWidth) : 0
+            model: row.loading ? Math.max(0, Math.ceil(row.width / Theme.posterWidth)) : 0
 
             delegate: Skeleton {
                 height: Theme.chipHeight

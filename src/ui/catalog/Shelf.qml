@@ -144,7 +144,7 @@ Item {
         width: parent.width
 
         Repeater {
-            model: shelf.loading ? Math.ceil(shelf.width / Theme.posterWidth) : 0
+            model: shelf.loading ? Math.max(0, Math.ceil(shelf.width / Theme.posterWidth)) : 0
 
             delegate: PosterCard {
                 loading: true
