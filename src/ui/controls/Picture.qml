@@ -46,10 +46,11 @@ Item {
 
         anchors.fill: parent
         asynchronous: true
+        cache: false // or every picture that was ever shown stays in memory
         fillMode: Image.PreserveAspectCrop
         mipmap: true
         opacity: picture.ready ? 1 : 0
-        source: picture.shown(picture.source.toString())
+        source: picture.shown("" + picture.source)
         // Whatever size a stranger sends, no more is kept; and a frame that grows loads nothing anew.
         sourceSize.width: picture.widest
         Accessible.ignored: true

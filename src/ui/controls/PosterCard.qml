@@ -46,14 +46,20 @@ T.AbstractButton {
                     shown: card.visualFocus || card.current
                 }
             }
-            ProgressBar {
+            // Most cards have none; a shelf makes many while it scrolls.
+            Loader {
+                active: card.progress >= 0
                 anchors.bottom: parent.bottom
                 anchors.left: parent.left
                 anchors.margins: Theme.spaceS
                 anchors.right: parent.right
-                name: qsTr("Watched")
-                value: card.progress
-                visible: card.progress >= 0
+
+                // qmllint disable unqualified
+                sourceComponent: ProgressBar {
+                    name: qsTr("Watched")
+                    value: card.progress
+                }
+                // qmllint enable unqualified
             }
         }
         Label {
@@ -78,15 +84,23 @@ T.AbstractButton {
             width: parent.width
             Accessible.ignored: true
         }
-        Skeleton {
-            height: Theme.fontBody
-            visible: card.loading
+        Loader {
+            active: card.loading
+            visible: active
             width: parent.width
-        }
-        Skeleton {
-            height: Theme.fontSmall
-            visible: card.loading
-            width: parent.width / 2
+
+            sourceComponent: Column {
+                spacing: Theme.spaceS
+
+                Skeleton {
+                    height: Theme.fontBody
+                    width: parent.width
+                }
+                Skeleton {
+                    height: Theme.fontSmall
+                    width: parent.width / 2
+                }
+            }
         }
     }
 }
