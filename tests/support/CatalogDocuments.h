@@ -10,7 +10,7 @@ namespace vellum::test {
 QByteArray catalogSearchDocument(const CatalogPage& page, const QStringList& fields);
 QByteArray catalogRecord(const CatalogItem& item);
 QByteArray catalogDetailsPage(const CatalogItem& item);
-// An SVG of 300 x 450 in flat colours with the title, the same for the same item.
+// A PNG of 300 x 450 without words, the same for the same item.
 QByteArray catalogPoster(const CatalogItem& item);
 
 } // namespace vellum::test

@@ -114,7 +114,7 @@ Answer LoopbackIndexers::catalog(const RequestHead& request) const {
     if (request.path == text("/details/") + item.id)
       return typed("text/html; charset=utf-8", catalogDetailsPage(item));
     if (request.path == text("/services/img/") + item.id)
-      return typed("image/svg+xml", catalogPoster(item));
+      return typed("image/png", catalogPoster(item));
     const QString folder = text("/download/") + item.id + u'/';
     if (request.path.startsWith(folder))
       return download(request, item, request.path.sliced(folder.size()));

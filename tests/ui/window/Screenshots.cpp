@@ -1,10 +1,12 @@
 // Pictures of every state of every screen, each at the smallest and at a common size.
 //   vellum-screenshots FOLDER [WORD]   with a word, only the groups whose name begins with it
+#include "support/CatalogItems.h"
 #include "support/LoopbackSeeder.h"
 #include "ui/controls/Look.h"
 #include "ui/window/WindowWorld.h"
 #include <QDir>
 #include <QGuiApplication>
+#include <algorithm>
 #include <cstdio>
 
 using namespace vellum;
@@ -22,6 +24,8 @@ public:
   void inspector();
   void player();
   void failures();
+  void catalog();
+  void manage();
 
 private:
   WindowState& state() { return m_world.state(); }
@@ -236,6 +240,78 @@ void Photographer::failures() {
   fail("failure-stalled", 120'000);
 }
 
+void Photographer::catalog() {
+  shoot("home-loading", 20);
+  wait([&] { return !state().app.catalog.featured().empty(); });
+  shoot("home", 1200);
+  open("discover");
+  wait([&] { return !state().app.catalog.discoverResults().empty(); });
+  shoot("discover-grid", 1200);
+  see().click(text("listButton"));
+  shoot("discover-list", 800);
+  see().click(text("gridButton"));
+  open("search");
+  shoot("search-before");
+  submit("vellum");
+  wait([&] { return !state().app.catalog.searching(); });
+  shoot("search-results", 800);
+  submit("nothing that anybody has");
+  wait([&] { return !state().app.catalog.searching(); });
+  shoot("search-empty");
+
+  // One of each kind: that plays, that is restricted, without a film, with MKV files alone.
+  for (const CatalogItem& kind : inventedItems({})) {
+    const bool isMkvOnly = std::ranges::none_of(kind.files, [](const CatalogItemFile& file) {
+      return file.name.endsWith(text(".mp4")) || file.name.endsWith(text(".ogv"));
+    });
+    if (kind.id != text("VellumDemoFilm") && !kind.restricted && !isMkvOnly) continue;
+    submit(kind.title.toUtf8().constData());
+    wait([&] { return !state().app.catalog.searching(); });
+    for (const MediaItem& found : state().app.catalog.searchResults()) {
+      if (found.id != kind.id) continue;
+      state().navigation.setSelectedItem(found);
+      shoot((QByteArray("item-") + kind.id.toUtf8()).constData(), 1500);
+      state().navigation.setSelectedItem({});
+      QTest::qWait(300);
+    }
+  }
+}
+
+void Photographer::manage() {
+  open("library");
+  shoot("library-empty");
+  open("downloads");
+  shoot("downloads-empty");
+  MediaItem item;
+  item.id = text("VellumDemoFilm");
+  item.title = text("Vellum Demo Film");
+  const QString base = m_world.indexer("webpage").remove(text("/webpage"));
+  ArchiveFile file;
+  file.name = text("Vellum.Test.Film.480p.mp4");
+  file.url = QUrl(base + text("/download/VellumDemoFilm/") + file.name);
+  state().entries.download(file, item, state().app.downloads);
+  file.url = QUrl(base + text("/download/VellumDemoFilm/missing.mp4"));
+  state().entries.download(file, item, state().app.downloads);
+  const TestTorrent torrent = film();
+  const LoopbackSeeder seeder(torrent);
+  play(torrent, &seeder);
+  wait([&] { return state().playback.player.currentTime() > 0.5; });
+  see().press(Qt::Key_Space);
+  see().press(Qt::Key_Escape);
+  open("downloads");
+  shoot("downloads", 1000);
+  open("library");
+  shoot("library", 1000);
+  state().stop();
+  see().press(Qt::Key_Tab);
+  see().click(text("pageAction"));
+  shoot("library-clear-history", 500);
+  see().press(Qt::Key_Escape);
+  QTest::qWait(300);
+  open("settings");
+  shoot("settings", 600);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -244,10 +320,9 @@ int main(int argc, char** argv) {
   if (argc < 2) return EXIT_FAILURE;
   const QString only = argc > 2 ? QString::fromLocal8Bit(argv[2]) : QString();
   const std::pair<const char*, void (Photographer::*)()> groups[] = {
-      {"torrents", &Photographer::torrents},
-      {"inspector", &Photographer::inspector},
-      {"player", &Photographer::player},
-      {"failures", &Photographer::failures}};
+      {"torrents", &Photographer::torrents}, {"inspector", &Photographer::inspector},
+      {"player", &Photographer::player},     {"failures", &Photographer::failures},
+      {"catalog", &Photographer::catalog},   {"manage", &Photographer::manage}};
   for (const auto& [name, take] : groups) {
     if (!text(name).startsWith(only)) continue;
     Photographer photographer(QString::fromLocal8Bit(argv[1]));

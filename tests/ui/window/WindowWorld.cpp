@@ -27,7 +27,7 @@ WindowWorld::~WindowWorld() {
 void WindowWorld::startWorld(const QStringList& options) {
   const QString film = filmFolder();
   if (!QDir().mkpath(film) ||
-      !QFile::copy(QStringLiteral(TEST_FILM), film + QStringLiteral("/Vellum.Test.Film.480p.mkv")))
+      !QFile::copy(QStringLiteral(TEST_FILM), film + QStringLiteral("/Vellum.Test.Film.480p.mp4")))
     throw std::runtime_error("the film cannot be copied");
   QFile subtitle(film + QStringLiteral("/Vellum.Test.Film.480p.en.srt"));
   if (!subtitle.open(QIODevice::WriteOnly) ||
