@@ -7,8 +7,8 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QThread>
-#include <benchmark/benchmark.h>
 #include <array>
+#include <benchmark/benchmark.h>
 #include <ctime>
 
 namespace vellum::test {

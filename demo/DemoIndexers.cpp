@@ -61,6 +61,7 @@ DemoIndexers::DemoIndexers(const DemoFilm& film, const QString& tracker, const f
   m_options.apiKey = kApiKey;
   m_options.trackers = {tracker};
   if (fs::is_directory(film.source)) m_options.film = film.source;
+  m_options.downloadRate = film.line.uploadRate;
   m_options.onRequest = tellRequest;
   m_indexers.emplace(std::move(m_options));
   m_notListening.open(tcp::v4());

@@ -8,8 +8,8 @@ namespace vellum {
 struct Arguments {
   enum class Mode { Window, SelfTest, Stream, Search, Help, Version, Wrong };
   Mode mode = Mode::Window;
-  QString error; // one sentence, when the mode is Wrong
-  QString words; // Search
+  QString error;     // one sentence, when the mode is Wrong
+  QString words;     // Search
   QStringList links; // Window: magnet links and .torrent files, as they were given
   // Stream:
   QString source;

@@ -125,9 +125,12 @@ Answer LoopbackIndexers::catalog(const RequestHead& request) const {
 
 Answer LoopbackIndexers::download(const RequestHead& request, const CatalogItem& item,
                                   const QString& name) const {
-  for (const CatalogItemFile& file : item.files)
-    if (file.name == name && !file.path.empty())
-      return fileAnswer(request, *m_files.at(file.path), mediaType(name));
+  for (const CatalogItemFile& file : item.files) {
+    if (file.name != name || file.path.empty()) continue;
+    Answer answer = fileAnswer(request, *m_files.at(file.path), mediaType(name));
+    answer.rate = m_options.downloadRate;
+    return answer;
+  }
   return notFound();
 }
 

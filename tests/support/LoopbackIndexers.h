@@ -16,6 +16,7 @@ struct LoopbackIndexersOptions {
   QString apiKey = {};             // that Torznab asks for; empty: it does not
   QStringList trackers = {};       // in the magnet links of Torznab
   std::filesystem::path film = {}; // folder of the catalog item that plays; may be empty
+  double downloadRate = 0;         // of each download, bytes per second; 0: no limit
   std::map<QString, QByteArray> torrentFiles = {}; // by path, as "/torrent/x.torrent"
   // Told of every request, on the server's thread, with its target as sent.
   std::function<void(const QByteArray& target)> onRequest = {};

@@ -36,6 +36,18 @@ Flow<> ScriptedServer::accept() {
   for (;;) m_flows.spawn(serve(co_await m_acceptor.async_accept(asio::use_awaitable)));
 }
 
+Flow<> ScriptedServer::send(tcp::socket& socket, const QByteArray& body, double rate) {
+  constexpr std::chrono::milliseconds kTick{20};
+  const auto whole = std::size_t(body.size());
+  const auto atOnce = rate > 0 ? std::max<std::size_t>(1, std::size_t(rate / 50)) : whole;
+  for (std::size_t sent = 0; sent < whole; sent += atOnce) {
+    if (rate > 0) co_await sleepFor(kTick);
+    co_await asio::async_write(socket,
+                               asio::buffer(body.data() + sent, std::min(atOnce, whole - sent)),
+                               asio::use_awaitable);
+  }
+}
+
 Flow<> ScriptedServer::serve(tcp::socket socket) {
   std::string request;
   co_await asio::async_read_until(socket, asio::dynamic_buffer(request), "\r\n\r\n",
@@ -47,8 +59,7 @@ Flow<> ScriptedServer::serve(tcp::socket socket) {
                                asio::use_awaitable);
     for (int i = 0; i < answer.times; ++i) {
       if (answer.pause.count() > 0) co_await sleepFor(answer.pause);
-      co_await asio::async_write(socket, asio::buffer(answer.body.data(), answer.body.size()),
-                                 asio::use_awaitable);
+      co_await send(socket, answer.body, answer.rate);
     }
     char rest = 0;
     if (answer.thenHang)

@@ -20,6 +20,7 @@ public:
     int times = 1;
     std::chrono::milliseconds pause{0};
     bool thenHang = false; // keeps the connection until the other side drops it
+    double rate = 0;       // of the body, bytes per second; 0 for no limit
   };
   // Called on the server's thread with the head of each request.
   using Script = std::function<Answer(const QByteArray& request)>;
@@ -38,6 +39,7 @@ public:
 private:
   Flow<> accept();
   Flow<> serve(asio::ip::tcp::socket socket);
+  static Flow<> send(asio::ip::tcp::socket& socket, const QByteArray& body, double rate);
 
   LoopbackThread m_thread;
   Script m_script;

@@ -16,7 +16,7 @@ public:
 
   QQuickWindow* window() const; // nothing if it could not be made
   void raise();
-  WindowModel& model() { return m_model; }
+  Screens& screens() { return m_screens; }
   QQmlEngine& engine() { return m_engine; }
 
 private:

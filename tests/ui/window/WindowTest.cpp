@@ -1,73 +1,11 @@
 // The real window, driven by mouse and keyboard through the demo world.
+#include "ui/window/WindowTest.h"
 #include "app/MediaSession.h"
 #include "ui/controls/Look.h"
-#include "ui/window/WindowWorld.h"
-#include <QDir>
 #include <QGuiApplication>
-#include <gtest/gtest.h>
 
 namespace vellum::test {
 namespace {
-
-QString text(const char* utf8) { return QString::fromUtf8(utf8); }
-
-struct WindowTest : testing::Test {
-  void TearDown() override {
-    EXPECT_TRUE(world.warnings().isEmpty()) << world.warnings().join(u'\n').toStdString();
-  }
-
-  template <class Condition>
-  static bool until(Condition holds, int limit = 20'000) {
-    return QTest::qWaitFor(holds, limit);
-  }
-  void searchFor(const char* words) {
-    see.click(text("section-torrents"));
-    ASSERT_TRUE(see.comes(text("searchField")));
-    see.focus(text("searchField"));
-    see.press(Qt::Key_A, Qt::ControlModifier);
-    see.type(words);
-    see.press(Qt::Key_Return);
-    ASSERT_TRUE(until([&] { return !app.aggregator.isSearching() && rows() > 0; }));
-    see.settle();
-  }
-  int rows() { return see.property(text("resultList"), "count").toInt(); }
-  // The play button in the row with that title.
-  QQuickItem* partOfRow(const char* title, const char* part) {
-    QQuickItem* found = nullptr;
-    everyItem(world.window().contentItem(), [&](QQuickItem* item) {
-      if (item->objectName() != text(part) || !item->isVisible()) return;
-      for (auto* above = item->parentItem(); above; above = above->parentItem())
-        if (above->property("title").toString().contains(text(title))) found = item;
-    });
-    return found;
-  }
-  void clickPart(const char* title, const char* part) {
-    QQuickItem* target = partOfRow(title, part);
-    ASSERT_NE(target, nullptr) << title;
-    const QPointF middle(target->width() / 2, target->height() / 2);
-    QTest::mouseClick(&world.window(), Qt::LeftButton, {}, target->mapToScene(middle).toPoint());
-  }
-  // Whether what that item shows changes by itself.
-  bool moves(const char* name) {
-    QQuickItem* picture = see.item(text(name));
-    const QRect place = picture->mapRectToScene(picture->boundingRect()).toRect();
-    const QImage before = see.settle().copy(place);
-    return until([&] { return see.settle().copy(place) != before; }, 3000);
-  }
-  QString streams() const { return app.cache.torrentDir() + text("/streams"); }
-  bool nothingIsLeft() {
-    return until([&] {
-      return app.engine.entries().empty() &&
-             QDir(streams()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).isEmpty();
-    });
-  }
-
-  WindowWorld world;
-  Driver& see = world.drive();
-  AppState& app = world.state().app;
-  VideoPlayerManager& player = world.state().playback.player;
-  PlaybackCoordinator& coordinator = world.state().playback.coordinator;
-};
 
 TEST_F(WindowTest, AFilmIsFoundPlayedLeftAndResumedWithTheMouse) {
   searchFor("demo");

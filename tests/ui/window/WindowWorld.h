@@ -27,6 +27,7 @@ public:
   WindowState& state() { return *m_state; }
   QQuickWindow& window() { return *m_window->window(); }
   Driver& drive() { return *m_driver; }
+  ui::Screens& screens() { return m_window->screens(); }
   // What QML complained about so far.
   QStringList warnings() const { return m_warnings; }
   // The program ends and begins again, with the same folders.

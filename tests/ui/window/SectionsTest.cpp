@@ -1,0 +1,178 @@
+// Catalog, downloads, library and settings in the real window.
+#include "ui/window/WindowTest.h"
+#include <QAccessible>
+#include <set>
+
+namespace vellum::test {
+namespace {
+
+// Downloads come slowly enough to be stopped on the way.
+struct SectionsTest : WindowTest {
+  SectionsTest() : WindowTest({text("--rate"), text("2500000")}) {}
+
+  void open(const char* section, const char* page) {
+    see.click(text("section-") + text(section));
+    ASSERT_TRUE(see.comes(text(page)));
+    see.settle();
+  }
+  void replace(const char* field, const char* words) {
+    see.focus(text(field));
+    see.press(Qt::Key_A, Qt::ControlModifier);
+    see.type(words);
+  }
+  void openDemoFilm() {
+    open("search", "searchPage");
+    replace("searchField", "vellum");
+    see.press(Qt::Key_Return);
+    ASSERT_TRUE(see.comes(text("card0")));
+    see.settle();
+    see.click(text("card0"));
+    ASSERT_TRUE(see.comes(text("saveButton0")));
+    ASSERT_TRUE(until([&] { return see.property(text("itemSheet"), "opened").toBool(); }));
+    see.settle();
+  }
+  DownloadTask::State::Kind state() { return app.downloads.tasks().front().state.kind; }
+  QStringList downloads() const {
+    return QDir(app.settings.downloadsPath()).entryList(QDir::Files | QDir::Hidden);
+  }
+  using Kind = DownloadTask::State::Kind;
+};
+
+TEST_F(SectionsTest, AFilmOfTheCatalogIsPlayedSavedAndPlayedAgain) {
+  openDemoFilm();
+  see.click(text("playButton0"));
+  ASSERT_TRUE(see.comes(text("playerScreen")));
+  ASSERT_TRUE(until([&] { return player.currentTime() > 0.5; })) << player.error().toStdString();
+  EXPECT_EQ(player.currentURL().scheme(), text("http"));
+  world.state().stop();
+
+  openDemoFilm();
+  see.click(text("saveButton0"));
+  ASSERT_TRUE(see.comes(text("downloadsPage")));
+  ASSERT_TRUE(until([&] { return app.downloads.tasks().front().received > 300'000; }));
+  see.settle();
+  see.click(text("pauseButton"));
+  ASSERT_TRUE(until([&] { return state() == Kind::Paused; }));
+  const qint64 received = app.downloads.tasks().front().received;
+  EXPECT_EQ(downloads().filter(text(".mp4")).size(), 0) << "no part of a film has its name";
+  see.settle();
+  see.click(text("resumeButton"));
+  ASSERT_TRUE(until([&] { return state() == Kind::Finished; }));
+  EXPECT_GT(app.downloads.tasks().front().received, received);
+  EXPECT_EQ(downloads(), QStringList(text("Vellum.Test.Film.480p.mp4")));
+  QFile saved(app.settings.downloadsPath() + u'/' + downloads().front());
+  QFile original(world.filmFolder() + u'/' + downloads().front());
+  ASSERT_TRUE(saved.open(QIODevice::ReadOnly) && original.open(QIODevice::ReadOnly));
+  EXPECT_TRUE(saved.readAll() == original.readAll());
+
+  ASSERT_TRUE(see.comes(text("playButton")));
+  see.settle();
+  see.click(text("playButton"));
+  ASSERT_TRUE(see.comes(text("playerScreen")));
+  ASSERT_TRUE(until([&] { return player.duration() > 0 && player.currentTime() > 0.2; }));
+  EXPECT_TRUE(player.currentURL().isLocalFile());
+  player.seek(20);
+  ASSERT_TRUE(until([&] { return player.currentTime() > 19; }));
+  see.press(Qt::Key_Escape);
+  open("library", "libraryPage");
+  ASSERT_TRUE(see.comes(text("resumeButton")));
+  see.click(text("resumeButton")); // of the newest
+  ASSERT_TRUE(see.comes(text("playerScreen")));
+  EXPECT_TRUE(until([&] { return player.currentTime() > 19; }));
+  world.state().stop();
+}
+
+TEST_F(SectionsTest, AProviderIsAddedTestedSearchedAndRemoved) {
+  open("settings", "settingsPage");
+  const auto before = app.settings.providers().size();
+  see.focus(text("addProviderButton"));
+  see.press(Qt::Key_Return);
+  ASSERT_TRUE(until([&] { return see.property(text("addProviderSheet"), "opened").toBool(); }));
+  EXPECT_FALSE(see.property(text("addButton"), "enabled").toBool());
+  see.type("Mine");
+  see.press(Qt::Key_Tab); // past the kind
+  see.press(Qt::Key_Tab);
+  see.type(world.indexer("torznab").toUtf8().constData());
+  see.press(Qt::Key_Tab);
+  see.type("demo-key");
+  EXPECT_TRUE(see.property(text("addButton"), "enabled").toBool());
+  see.press(Qt::Key_Return);
+  ASSERT_TRUE(until([&] { return app.settings.providers().size() == before + 1; }));
+  ASSERT_TRUE(until([&] { return !see.property(text("addProviderSheet"), "visible").toBool(); }));
+
+  // The newest is the last row; of parts that every row has, its are the last ones.
+  const auto last = [&](const char* part) {
+    QQuickItem* found = nullptr;
+    everyItem(world.window().contentItem(), [&](QQuickItem* item) {
+      if (item->objectName() == text(part) && item->isVisible()) found = item;
+    });
+    return found;
+  };
+  const auto press = [&](const char* part) {
+    ASSERT_TRUE(until([&] { return last(part) != nullptr; })) << part;
+    last(part)->forceActiveFocus(Qt::TabFocusReason);
+    see.press(Qt::Key_Return);
+  };
+  press("editButton");
+  press("testButton");
+  ASSERT_TRUE(until([&] { return last("result") != nullptr; }));
+  press("editButton");
+
+  searchFor("demo");
+  EXPECT_TRUE(app.aggregator.statuses().back().name == text("Mine"));
+  EXPECT_EQ(app.aggregator.statuses().back().state, ProviderStatus::State::Ok);
+  open("settings", "settingsPage");
+  press("trashButton");
+  ASSERT_TRUE(until([&] { return see.property(text("removeProviderAlert"), "opened").toBool(); }));
+  see.press(Qt::Key_Tab);
+  see.press(Qt::Key_Return);
+  EXPECT_TRUE(until([&] { return app.settings.providers().size() == before; }));
+}
+
+TEST_F(SectionsTest, TheCacheMovesToAnotherFolderAndIsCleared) {
+  open("settings", "settingsPage");
+  const QString folder = world.home() + text("/elsewhere");
+  ASSERT_TRUE(QDir().mkpath(folder + text("/Torrents")));
+  QFile old(folder + text("/Torrents/old.torrent"));
+  ASSERT_TRUE(old.open(QIODevice::WriteOnly) && old.resize(1'000'000));
+  old.close();
+  world.screens().settings()->setCacheFolder(QUrl::fromLocalFile(folder));
+  EXPECT_EQ(app.settings.cachePath(), folder);
+  see.focus(text("clearCacheButton"));
+  see.press(Qt::Key_Return);
+  EXPECT_TRUE(until([&] { return !old.exists(); }));
+  world.restart();
+  EXPECT_EQ(world.state().app.settings.cachePath(), folder);
+}
+
+// Every section can be reached, and everything in it that can be pressed has a name and can be
+// reached by Tab.
+TEST_F(SectionsTest, EverythingHasANameAndIsReachedByTheKeyboard) {
+  for (const char* page :
+       {"home", "discover", "search", "torrents", "library", "downloads", "settings"}) {
+    see.click(text("section-") + text(page));
+    ASSERT_TRUE(
+        until([&] { return !app.catalog.homeLoading() && !app.catalog.discoverLoading(); }));
+    QTest::qWait(100);
+    see.settle();
+    std::set<QQuickItem*> reached;
+    for (int i = 0; i < 120; ++i) {
+      see.press(Qt::Key_Tab);
+      if (!reached.insert(world.window().activeFocusItem()).second) break;
+    }
+    everyItem(world.window().contentItem(), [&](QQuickItem* item) {
+      if (!item->isVisible() || !item->isEnabled() || !item->inherits("QQuickAbstractButton"))
+        return;
+      auto* accessible = QAccessible::queryAccessibleInterface(item);
+      ASSERT_NE(accessible, nullptr);
+      EXPECT_FALSE(accessible->text(QAccessible::Name).isEmpty())
+          << page << ' ' << item->objectName().toStdString();
+      if (item->activeFocusOnTab() && item->metaObject()->indexOfProperty("focusPolicy") >= 0 &&
+          item->property("focusPolicy").toInt() & Qt::TabFocus)
+        EXPECT_TRUE(reached.contains(item)) << page << ' ' << item->objectName().toStdString();
+    });
+  }
+}
+
+} // namespace
+} // namespace vellum::test
