@@ -54,7 +54,7 @@ public:
   bool discoverLoading() const { return m_discoverLoading; }
 
   // Each returns at once and shows its progress in the values above. What overlaps is not ended:
-  // the answer that comes last stays.
+  // the answer that comes last stays, except of a collection that is no longer the chosen one.
   void loadHome();  // does nothing when both shelves hold items
   void runSearch(); // does nothing for a blank query
   void searchFor(const QString& text);

@@ -24,6 +24,7 @@ struct CatalogStateTest : testing::Test, MainThread {
   std::mutex mutex;                          // guards asked and wasOnMain
   std::vector<CatalogQuery> asked;
   bool wasOnMain = false;
+  std::atomic<int> answered = 0; // of those that were found
 
   static Flow<MediaItems> answer(CatalogStateTest& self, CatalogQuery query) {
     {
@@ -35,6 +36,7 @@ struct CatalogStateTest : testing::Test, MainThread {
     const auto gate = self.held.find(key);
     while (gate != self.held.end() && gate->second) co_await sleepFor(std::chrono::milliseconds(1));
     if (!self.answers.contains(key)) throw NetError::platform(NetError::Reason::Other, key);
+    ++self.answered;
     co_return self.answers.at(key);
   }
   bool loaded() {
@@ -114,6 +116,29 @@ TEST_F(CatalogStateTest, SearchesAndBrowsesCollections) {
   }));
   state.reset();
   QCoreApplication::processEvents();
+}
+
+TEST_F(CatalogStateTest, ShowsTheChosenCollectionWhicheverAnswersFirst) {
+  const auto& collections = CatalogState::collections();
+  const QString left = collections[0].query, chosen = collections[1].query;
+  answers = {{left, items("left")}, {chosen, items("chosen")}, {text("after"), items("after")}};
+  for (const bool leftIsFirst : {true, false}) {
+    held[left] = held[chosen] = true;
+    answered = 0;
+    state->loadCollection(collections[0]);
+    state->loadCollection(collections[1]);
+    held[leftIsFirst ? left : chosen] = false;
+    ASSERT_TRUE(turnUntil([&] { return answered == 1; }));
+    state->searchFor(text("after")); // whose answer comes behind it
+    ASSERT_TRUE(turnUntil([&] { return !state->searching(); }));
+    EXPECT_EQ(state->discoverLoading(), leftIsFirst);
+    EXPECT_NE(state->discoverResults(), items("left"));
+    held[leftIsFirst ? chosen : left] = false;
+    ASSERT_TRUE(turnUntil([&] { return answered == 3 && !state->discoverLoading(); }));
+    state->searchFor(text("after"));
+    ASSERT_TRUE(turnUntil([&] { return !state->searching(); }));
+    EXPECT_EQ(state->discoverResults(), items("chosen"));
+  }
 }
 
 TEST_F(CatalogStateTest, SuggestsTheMostFrequentSubjects) {
