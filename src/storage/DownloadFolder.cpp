@@ -18,11 +18,32 @@ struct NameParts {
   QString extension; // without its point
 };
 
-// A leading point makes a hidden name, not an extension.
+// A leading point makes a hidden name, not an extension, and no extension fills half a name.
 NameParts split(const QString& name) {
+  constexpr qsizetype kLongestExtension = 40;
   const qsizetype dot = name.lastIndexOf(u'.');
   if (dot < 1 || dot == name.size() - 1) return {name, {}};
+  if (name.size() - dot - 1 > kLongestExtension) return {name, {}};
   return {name.left(dot), name.mid(dot + 1)};
+}
+
+// What would hide in a name, or show it in another order than it has.
+bool isInvisible(QChar character) {
+  const char16_t code = character.unicode();
+  return character.category() == QChar::Other_Control || code == 0x061C ||
+         (code >= 0x200E && code <= 0x200F) || (code >= 0x2028 && code <= 0x202E) ||
+         (code >= 0x2066 && code <= 0x2069);
+}
+
+// The stem with what follows it, cut so that file systems take it as a name. No character is cut.
+QString fitting(const QString& stem, const QString& end) {
+  constexpr qsizetype kLongest = 255; // bytes
+  const QByteArray whole = stem.toUtf8();
+  const qsizetype room = std::max<qsizetype>(0, kLongest - end.toUtf8().size());
+  if (whole.size() <= room) return stem + end;
+  qsizetype length = room;
+  while (length > 0 && (static_cast<unsigned char>(whole[length]) & 0xC0) == 0x80) --length;
+  return QString::fromUtf8(whole.left(length)) + end;
 }
 
 QString decoded(const QByteArray& component) {
@@ -44,18 +65,21 @@ QString fileName(const QUrl& url) {
   QByteArray path = url.path(QUrl::FullyEncoded).toLatin1();
   while (path.size() > 1 && path.endsWith('/')) path.chop(1);
   QString name = path == "/" ? QString(u'/') : decoded(path.mid(path.lastIndexOf('/') + 1));
-  return name.replace(u'/', u'_').replace(QChar(u'\0'), u'_');
+  const auto isUnfit = [](QChar each) { return each == u'/' || isInvisible(each); };
+  std::replace_if(name.begin(), name.end(), isUnfit, QChar(u'_'));
+  return name;
 }
 
 QString numbered(const QString& name, int n) {
   const auto [stem, extension] = split(name);
-  return stem + u' ' + QString::number(n) + u'.' + extension;
+  return fitting(stem, u' ' + QString::number(n) + u'.' + extension);
 }
 
 QString freePath(const QString& folder, const QString& name,
                  const std::function<bool(const QString& path)>& isTaken) {
   const QString root = folder.endsWith(u'/') ? folder : folder + u'/';
-  QString path = root + name;
+  const auto [stem, extension] = split(name);
+  QString path = root + fitting(stem, name.mid(stem.size()));
   for (int n = 1; isTaken(path); ++n) path = root + numbered(name, n);
   return path;
 }

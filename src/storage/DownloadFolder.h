@@ -6,15 +6,17 @@
 
 namespace vellum::downloadFolder {
 
-// The last component of the address's path, decoded; what separates folders or ends a text in
-// system calls becomes "_".
+// The last component of the address's path, decoded; what separates folders becomes "_", and so do
+// control characters and those that turn the direction of a text.
 QString fileName(const QUrl& url);
 
 // The n-th other name for a file: "film.mp4" becomes "film 2.mp4"; without an extension the name
-// ends in a point.
+// ends in a point. The stem is cut where a file system could not take the whole, 255 bytes of
+// UTF-8.
 QString numbered(const QString& name, int n);
 
-// The first path for `name` in `folder` that is not taken: as it is, or numbered from 1.
+// The first path for `name` in `folder` that is not taken: as it is (cut like a numbered one), or
+// numbered from 1.
 QString freePath(const QString& folder, const QString& name,
                  const std::function<bool(const QString& path)>& isTaken);
 

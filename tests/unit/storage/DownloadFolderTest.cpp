@@ -16,6 +16,9 @@ TEST(DownloadFolderTest, AFileIsNamedByTheLastComponentOfItsAddress) {
         Case{"http://h/a%2Fb.mp4", "a_b.mp4"}, Case{"http://h/%2e%2e%2f%2e%2e%2fetc", ".._.._etc"},
         Case{"http://h/%C3%BC.mp4", "ü.mp4"}, Case{"http://h/%FF.mp4", "%FF.mp4"},
         Case{"http://h/100%25.mp4", "100%.mp4"}, Case{"http://h/a%00b.mp4", "a_b.mp4"},
+        Case{"http://h/a%0Ab%7F%C2%85.mp4", "a_b__.mp4"},
+        Case{"http://h/%E2%80%AE4pm.exe%E2%81%A6%E2%80%8F%D8%9C", "_4pm.exe___"},
+        Case{"http://h/%E2%80%8D%F0%9F%98%80.mp4", "\u200d😀.mp4"}, // a joiner belongs to words
         Case{"http://h/film/", "film"}, Case{"http://h/", "_"}, Case{"http://h", ""}})
     EXPECT_EQ(downloadFolder::fileName(QUrl(QLatin1String(url))).toStdString(), name) << url;
 }
@@ -39,6 +42,29 @@ TEST(DownloadFolderTest, TheFirstFreeNumberIsPutBeforeTheExtension) {
       const auto isTaken = [&taken = taken](const QString& p) { return taken.contains(p); };
       EXPECT_EQ(downloadFolder::freePath(folder, QLatin1String(name), isTaken).toStdString(), path);
     }
+}
+
+TEST(DownloadFolderTest, TheStemIsCutToWhatAFileSystemTakes) {
+  const auto nothing = [](const QString&) { return false; };
+  const auto one = [](const QString& path) { return !path.endsWith(QLatin1String(" 10.mp4")); };
+  const auto times = [](int n, const char* text) { return QString::fromUtf8(text).repeated(n); };
+  const QString mp4 = QStringLiteral(".mp4");
+  struct Case {
+    QString name;
+    QString first;
+    QString tenth; // when nine are taken
+  };
+  const QString tenth = QStringLiteral(" 10.mp4");
+  for (const auto& [name, first, numbered] :
+       {Case{times(251, "x") + mp4, times(251, "x") + mp4, times(248, "x") + tenth},
+        Case{times(252, "x") + mp4, times(251, "x") + mp4, times(248, "x") + tenth},
+        Case{times(126, "ü") + mp4, times(125, "ü") + mp4, times(124, "ü") + tenth},
+        Case{times(63, "😀") + mp4, times(62, "😀") + mp4, times(62, "😀") + tenth}}) {
+    EXPECT_EQ(downloadFolder::freePath(QStringLiteral("/d"), name, nothing).mid(3), first);
+    EXPECT_EQ(downloadFolder::freePath(QStringLiteral("/d"), name, one).mid(3), numbered);
+  }
+  for (const QString& odd : {times(300, "x"), QStringLiteral("a.") + times(300, "x")})
+    EXPECT_EQ(downloadFolder::freePath(QStringLiteral("/d"), odd, nothing).mid(3), odd.left(255));
 }
 
 TEST(DownloadFolderTest, SevenExtensionsOfAnyCaseAreFilms) {
