@@ -1,9 +1,11 @@
 #include "net/HttpClient.h"
 #include "net/Download.h"
+#include <QDir>
 #include <QNetworkAccessManager>
 #include <QNetworkDiskCache>
 #include <QNetworkReply>
 #include <QPointer>
+#include <QUuid>
 
 namespace vellum {
 
@@ -42,34 +44,42 @@ public:
 
   void setCacheDirectory(const QString& directory) {
     m_cacheDirectory = directory;
-    if (m_manager) installCache();
+    if (m_manager) useCache();
   }
 
-  void clearCache() {
-    if (m_cacheDirectory.isEmpty()) return;
-    if (m_manager) return m_manager->cache()->clear();
-    QNetworkDiskCache cache;
-    cache.setCacheDirectory(m_cacheDirectory);
-    cache.clear();
+  QString clearCache() {
+    if (m_cacheDirectory.isEmpty()) return {};
+    const QDir cache(m_cacheDirectory);
+    const QString aside = cache.filePath(QStringLiteral("cleared"));
+    QDir().mkpath(aside);
+    for (const QString& kept : cache.entryList({QStringLiteral("data*")}, QDir::Dirs))
+      QDir().rename(cache.filePath(kept),
+                    aside + u'/' + QUuid::createUuid().toString(QUuid::Id128));
+    if (m_cache) useCache(); // which makes its folders anew
+    return aside;
   }
 
 private:
   QNetworkAccessManager& manager() {
     if (!m_manager) {
       m_manager = std::make_unique<QNetworkAccessManager>();
-      if (!m_cacheDirectory.isEmpty()) installCache();
+      if (!m_cacheDirectory.isEmpty()) useCache();
     }
     return *m_manager;
   }
 
-  void installCache() {
-    auto* cache = new QNetworkDiskCache; // the manager takes it, and drops the one before
-    cache->setCacheDirectory(m_cacheDirectory);
-    cache->setMaximumCacheSize(kDiskCacheSize);
-    m_manager->setCache(cache);
+  // Requests under way write to the cache that they began with: there is one, and it moves.
+  void useCache() {
+    const bool isNew = !m_cache;
+    if (isNew) m_cache = new QNetworkDiskCache; // the manager takes it
+    m_cache->setCacheDirectory(m_cacheDirectory);
+    if (!isNew) return;
+    m_cache->setMaximumCacheSize(kDiskCacheSize);
+    m_manager->setCache(m_cache);
   }
 
   QString m_cacheDirectory;
+  QNetworkDiskCache* m_cache = nullptr;
   std::unique_ptr<QNetworkAccessManager> m_manager;
 };
 
@@ -164,6 +174,6 @@ void HttpClient::setCacheDirectory(const QString& directory) {
   m_requests->setCacheDirectory(directory);
 }
 
-void HttpClient::clearCache() { m_requests->clearCache(); }
+QString HttpClient::clearCache() { return m_requests->clearCache(); }
 
 } // namespace vellum

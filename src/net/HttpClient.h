@@ -39,8 +39,9 @@ public:
 
   // Main thread: where answers are kept from now on. Until the first call nowhere.
   void setCacheDirectory(const QString& directory);
-  // Main thread: forgets every answer that is kept.
-  void clearCache();
+  // Main thread: forgets every answer that is kept. Their files are moved aside, into the folder
+  // returned, which the caller removes where it may take its time; an empty path for none.
+  QString clearCache();
 
 private:
   class Requests;

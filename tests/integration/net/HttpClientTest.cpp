@@ -1,4 +1,5 @@
 #include "NetTest.h"
+#include <QDir>
 #include <QTemporaryDir>
 
 namespace vellum::test {
@@ -61,9 +62,13 @@ TEST_F(HttpClientTest, KeepsAnswersOnDiskUntilToldToForgetThem) {
     return server.requests();
   };
   EXPECT_EQ(fetchTwice(), 2) << "without a folder nothing is kept";
+  EXPECT_EQ(client->clearCache(), QString());
   client->setCacheDirectory(folder.path());
   EXPECT_EQ(fetchTwice(), 3);
-  client->clearCache();
+  const QString forgotten = client->clearCache();
+  EXPECT_TRUE(forgotten.startsWith(folder.path() + u'/'));
+  EXPECT_EQ(fetchTwice(), 4);
+  EXPECT_TRUE(QDir(forgotten).removeRecursively());
   EXPECT_EQ(fetchTwice(), 4);
 
   client.emplace(main);
@@ -73,6 +78,36 @@ TEST_F(HttpClientTest, KeepsAnswersOnDiskUntilToldToForgetThem) {
   client->setCacheDirectory(folder.path());
   client->clearCache(); // before there is a network stack
   EXPECT_EQ(fetchTwice(), 5);
+}
+
+TEST_F(HttpClientTest, TheCacheMovesAndIsClearedUnderRunningRequests) {
+  const QTemporaryDir folder;
+  const QByteArray headers = "HTTP/1.1 200 OK\r\nCache-Control: max-age=1000\r\n";
+  ScriptedServer server([&](const QByteArray& request) {
+    const bool isLong = request.startsWith("GET /long ");
+    return isLong ? ScriptedServer::Answer{headers + "Content-Length: 6000000\r\n\r\n",
+                                           QByteArray(300'000, 'x'), 20, 10ms}
+                  : ScriptedServer::Answer{headers + "Content-Length: 20\r\n\r\n", "x", 20, 10ms};
+  });
+  const QUrl urls[] = {server.url(QStringLiteral("/long")), server.url(QStringLiteral("/short"))};
+  const auto changes = {
+      std::function([&] { client->setCacheDirectory(folder.filePath(QStringLiteral("b"))); }),
+      std::function([&] { client->clearCache(); })};
+  client->setCacheDirectory(folder.filePath(QStringLiteral("a")));
+  int asked = 0;
+  for (const auto& change : changes) {
+    std::array<std::promise<Ending>, 2> promises;
+    for (int i = 0; i < 2; ++i) start(client->fetchData(urls[i], 1h), promises[i]);
+    asked += 2;
+    ASSERT_TRUE(turnUntil([&] { return server.requests() == asked; }));
+    change();
+    for (auto& promise : promises) EXPECT_EQ(ending(promise).error, QString());
+    for (const QUrl& url : urls) EXPECT_GE(get(url).body.size(), 20);
+    asked = server.requests(); // an answer under way may be kept or not
+    for (const QUrl& url : urls) EXPECT_GE(get(url).body.size(), 20);
+    EXPECT_EQ(server.requests(), asked) << "what comes after the change is kept";
+    client->clearCache();
+  }
 }
 
 TEST_F(HttpClientTest, ACancelledCoroutineGoesOnAtOnceAndTheConnectionIsDropped) {
