@@ -1,20 +1,21 @@
 #include "engine/SessionStorage.h"
+#include "storage/HeldFile.h"
 #include <QDir>
-#include <QFile>
 #include <cerrno>
-#include <fcntl.h>
 #include <unistd.h>
 #include <utility>
 
 namespace vellum {
 
+QString SessionStorage::payloadIn(const QString& directory) {
+  return directory + QStringLiteral("/payload.dat");
+}
+
 void SessionStorage::makeDirectory() const { QDir().mkpath(m_directory); }
 
 void SessionStorage::open(std::int64_t total) {
   close();
-  makeDirectory();
-  const QByteArray path = QFile::encodeName(m_directory + QStringLiteral("/payload.dat"));
-  m_file = ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+  m_file = openForUse(payloadIn(m_directory));
   // A file system without room for the length still takes pieces as far as they go.
   if (m_file >= 0) std::ignore = ::ftruncate(m_file, total);
 }

@@ -14,10 +14,12 @@ public:
   SessionStorage(const SessionStorage&) = delete;
   SessionStorage& operator=(const SessionStorage&) = delete;
 
+  static QString payloadIn(const QString& directory);
+
   const QString& directory() const { return m_directory; }
   void makeDirectory() const;
   // Creates or reopens "payload.dat" and makes it `total` bytes long; what is in it stays, and is
-  // not believed.
+  // not believed. While it is open it counts as in use (storage/HeldFile.h).
   void open(std::int64_t total);
   void close();
   bool isOpen() const { return m_file >= 0; }

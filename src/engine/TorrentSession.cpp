@@ -1,4 +1,5 @@
 #include "engine/TorrentSession.h"
+#include "storage/HeldFile.h"
 #include <QDir>
 
 namespace vellum {
@@ -84,7 +85,18 @@ void TorrentSession::addPeers(std::vector<PeerAddr> addresses) {
 
 void TorrentSession::stop(bool deleteData) {
   onStrand([this] { m_runner->stop(); });
-  if (deleteData) QDir(m_directory).removeRecursively();
+  if (deleteData) removeData();
+}
+
+void TorrentSession::removeData() const {
+  auto right = std::make_unique<RemovalRight>(SessionStorage::payloadIn(m_directory));
+  if (right->isInUse()) return;
+  // Nobody who begins with this torrent meanwhile shall find a folder that is half gone.
+  const QString aside = m_directory + QStringLiteral(".gone");
+  QDir(aside).removeRecursively();
+  QDir(QDir().rename(m_directory, aside) ? aside : m_directory).removeRecursively();
+  // Freeing some gigabytes takes half a second.
+  asio::post(m_environment.pool.workers(), [right = std::move(right)] {});
 }
 
 SessionSnapshot TorrentSession::snapshot() {

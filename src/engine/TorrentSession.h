@@ -33,7 +33,8 @@ public:
 
   void start();
   void addPeers(std::vector<PeerAddr> addresses);
-  // Waits until no tick or message handler runs any more, then removes the folder if asked to.
+  // Waits until no tick or message handler runs any more, then removes the folder if asked to, and
+  // if nobody else uses its payload.
   void stop(bool deleteData);
   // These wait for the strand.
   SessionSnapshot snapshot();
@@ -60,6 +61,7 @@ private:
   };
 
   SessionRunner::Events events() const;
+  void removeData() const;
   // Waits for f on the strand.
   template <class F>
   auto onStrand(F f) {

@@ -1,30 +1,14 @@
 #include "storage/CacheManager.h"
 #include "platform/Disk.h"
-#include "storage/CachePolicy.h"
+#include "storage/CacheFolder.h"
+#include "storage/HeldFile.h"
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 #include <limits>
 
 namespace vellum {
 
 namespace {
-
-const QString kHttpCache = QStringLiteral("URLCache");
-
-// Regular files only, and no link is followed. A relative path would mean whatever folder the
-// program happened to be started in, and so means none. Ends early once `alive` falls.
-std::vector<CachedFile> filesBelow(const QString& folder, const std::atomic<bool>& alive) {
-  std::vector<CachedFile> files;
-  if (QDir::isRelativePath(folder)) return files;
-  QDirIterator walk(folder, QDir::Files | QDir::Hidden | QDir::NoSymLinks,
-                    QDirIterator::Subdirectories);
-  while (alive && walk.hasNext()) {
-    const QString path = walk.next();
-    files.push_back({path, walk.fileInfo().lastModified(), disk::allocatedSize(path)});
-  }
-  return files;
-}
 
 std::int64_t sizeOf(const std::vector<CachedFile>& files) {
   std::int64_t total = 0;
@@ -38,26 +22,16 @@ struct Limits {
   QDateTime now;
 };
 
-void enforceLimits(const QString& folder, const Limits& limits, const std::atomic<bool>& alive) {
-  auto files = filesBelow(folder, alive);
+void enforceLimits(const CacheFolder& folder, const Limits& limits,
+                   const std::atomic<bool>& alive) {
+  auto files = folder.removable(alive);
   if (!alive) // the list may be cut short, and then says nothing about the size
     return;
-  for (const CachedFile& file : tooOld(files, limits.days, limits.now)) QFile::remove(file.path);
+  for (const CachedFile& file : tooOld(files, limits.days, limits.now))
+    removeUnlessInUse(file.path);
   std::erase_if(files, [](const CachedFile& file) { return !QFile::exists(file.path); });
-  for (const CachedFile& file : overLimit(std::move(files), limits.bytes)) QFile::remove(file.path);
-}
-
-void removeChildren(const QString& folder) {
-  if (QDir::isRelativePath(folder)) return;
-  const auto children = QDir(folder).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System |
-                                                   QDir::NoDotAndDotDot);
-  for (const QFileInfo& child : children) {
-    if (child.fileName() == kHttpCache) continue;
-    if (child.isDir() && !child.isSymLink())
-      QDir(child.filePath()).removeRecursively();
-    else
-      QFile::remove(child.filePath());
-  }
+  for (const CachedFile& file : overLimit(std::move(files), limits.bytes))
+    removeUnlessInUse(file.path);
 }
 
 } // namespace
@@ -74,7 +48,7 @@ CacheManager::CacheManager(SettingsStore& settings, MainLoop& main, IoPool& pool
 CacheManager::~CacheManager() { *m_alive = false; }
 
 QString CacheManager::torrentDir() const {
-  const QString folder = QDir(m_settings.cachePath()).filePath(QStringLiteral("Torrents"));
+  const QString folder = QDir(m_settings.cachePath()).filePath(CacheFolder::kTorrents);
   QDir().mkpath(folder);
   return folder;
 }
@@ -82,7 +56,7 @@ QString CacheManager::torrentDir() const {
 void CacheManager::configureURLCache() {
   const QDir cache(m_settings.cachePath());
   if (cache.isRelative()) return;
-  const QString folder = cache.filePath(kHttpCache);
+  const QString folder = cache.filePath(CacheFolder::kHttpCache);
   QDir().mkpath(folder);
   m_http.setCacheDirectory(folder);
 }
@@ -90,7 +64,7 @@ void CacheManager::configureURLCache() {
 void CacheManager::refresh() {
   asio::post(m_worker, [this, &main = m_main, alive = m_alive, cache = m_settings.cachePath(),
                         downloads = m_settings.downloadsPath()] {
-    const std::int64_t used = sizeOf(filesBelow(cache, *alive));
+    const std::int64_t used = sizeOf(CacheFolder::filesBelow(cache, *alive));
     const std::int64_t free = freeSpace(downloads);
     main.post([this, alive, used, free] {
       if (!*alive) return;
@@ -110,25 +84,33 @@ void CacheManager::inBackground(std::function<void()> work) {
   });
 }
 
+CacheFolder CacheManager::folder() const {
+  return {m_settings.cachePath(),
+          m_settings.downloadsPath(),
+          {QDir::homePath(), SettingsStore::appSupport()}};
+}
+
 void CacheManager::enforce() {
   std::int64_t bytes = 0;
   if (__builtin_mul_overflow(m_settings.cacheLimitMB(), kMiB, &bytes))
     bytes = m_settings.cacheLimitMB() > 0 ? std::numeric_limits<std::int64_t>::max() : -1;
-  inBackground([cache = m_settings.cachePath(), bytes, days = m_settings.autoCleanDays(),
-                now = m_now, alive = m_alive] {
-    enforceLimits(cache, {bytes, days, now()}, *alive);
-  });
+  inBackground(
+      [folder = folder(), bytes, days = m_settings.autoCleanDays(), now = m_now, alive = m_alive] {
+        enforceLimits(folder, {bytes, days, now()}, *alive);
+      });
 }
 
 void CacheManager::clear() {
-  m_http.clearCache();
-  inBackground([cache = m_settings.cachePath()] { removeChildren(cache); });
+  inBackground([folder = folder(), forgotten = m_http.clearCache()] {
+    if (!forgotten.isEmpty()) QDir(forgotten).removeRecursively();
+    folder.clear();
+  });
 }
 
 std::int64_t CacheManager::freeSpace(const QString& path) { return disk::freeSpace(path); }
 
 std::int64_t CacheManager::directorySize(const QString& path) {
-  return sizeOf(filesBelow(path, std::atomic<bool>(true)));
+  return sizeOf(CacheFolder::filesBelow(path, std::atomic<bool>(true)));
 }
 
 } // namespace vellum

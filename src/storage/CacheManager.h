@@ -3,6 +3,7 @@
 #include "base/IoPool.h"
 #include "base/MainLoop.h"
 #include "net/HttpClient.h"
+#include "storage/CacheFolder.h"
 #include "storage/SettingsStore.h"
 #include <QDateTime>
 #include <QObject>
@@ -37,7 +38,7 @@ public:
   QString torrentDir() const;
 
   void refresh();
-  // Removes files by the age and size limits, and measures. At start only, before any session.
+  // Removes files by the age and size limits, but for those in use, and measures.
   void enforce();
   // Empties the cache, and measures. A running session keeps its open file until it stops.
   void clear();
@@ -52,6 +53,7 @@ Q_SIGNALS:
 private:
   using Alive = std::shared_ptr<std::atomic<bool>>;
 
+  CacheFolder folder() const;
   // Runs `work` on a worker, after whatever was asked for before, and then measures.
   void inBackground(std::function<void()> work);
 

@@ -34,6 +34,7 @@ SettingsModel::SettingsModel(const ProviderRowModel::Services& services, CacheMa
                             &Store::preferredQualityChanged, &Store::uploadLimitKBpsChanged,
                             &Store::stopSeedingOnCloseChanged, &Store::keepAfterPlaybackChanged})
     connect(&m_settings, signal, this, &SettingsModel::changed);
+  connect(&m_settings, &Store::cachePathChanged, &m_cache, &CacheManager::configureURLCache);
   for (const auto signal : {&Store::cachePathChanged, &Store::downloadsPathChanged})
     connect(&m_settings, signal, &m_cache, &CacheManager::refresh);
   connect(&m_cache, &CacheManager::measured, this, &SettingsModel::measured);
@@ -82,7 +83,9 @@ void SettingsModel::setUploadLimit(int kilobytes) {
 }
 
 void SettingsModel::setCacheFolder(const QUrl& folder) {
-  if (folder.isLocalFile()) m_settings.setCachePath(folder.toLocalFile());
+  const QString path = folder.toLocalFile();
+  if (folder.isLocalFile() && path != m_settings.cachePath())
+    m_settings.setCachePath(CacheFolder::placeIn(path));
 }
 void SettingsModel::setDownloadsFolder(const QUrl& folder) {
   if (folder.isLocalFile()) m_settings.setDownloadsPath(folder.toLocalFile());

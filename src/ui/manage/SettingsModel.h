@@ -64,7 +64,8 @@ public:
   Q_INVOKABLE void setCacheLimit(int megabytes);
   Q_INVOKABLE void setCacheAge(int days);
   Q_INVOKABLE void setUploadLimit(int kilobytes);
-  // A folder of this machine; nothing changes for anything else.
+  // A folder of this machine; nothing changes for anything else. The cache, of which everything may
+  // be removed, gets a folder of its own in one that holds other things.
   Q_INVOKABLE void setCacheFolder(const QUrl& folder);
   Q_INVOKABLE void setDownloadsFolder(const QUrl& folder);
 

@@ -1,6 +1,7 @@
 // A session against honest counterparts: from nothing but a hash to bytes on disk, and back out.
 #include "ScriptedPeer.h"
 #include "SessionWorld.h"
+#include "storage/HeldFile.h"
 #include "streaming/ExtractFile.h"
 #include "support/RunFlow.h"
 #include <QFile>
@@ -104,6 +105,19 @@ TEST_F(TorrentSessionTest, StopsAtOnceInTheMidstOfEverything) {
   EXPECT_EQ(mute.dials(), 1);
   EXPECT_EQ(muteHttp.dials(), 1);
   EXPECT_FALSE(QDir(directory).exists());
+}
+
+TEST_F(TorrentSessionTest, APayloadGoesWithTheLastThatUsesIt) {
+  const QString payload = directory + QStringLiteral("/payload.dat");
+  EXPECT_FALSE(RemovalRight(payload).isInUse());
+  const auto one = makeSession({}, true);
+  const auto other = makeSession({}, true);
+  EXPECT_TRUE(RemovalRight(payload).isInUse());
+  one->stop(true);
+  EXPECT_TRUE(QFile::exists(payload));
+  ASSERT_TRUE(QDir(folder.path()).mkpath(directory + QStringLiteral(".gone/left/by/a/dead/one")));
+  other->stop(true);
+  EXPECT_TRUE(QDir(directory + QStringLiteral("/..")).isEmpty());
 }
 
 TEST_F(TorrentSessionTest, ALeecherThatWeDialGetsTheRightBytes) {

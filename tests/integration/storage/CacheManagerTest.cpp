@@ -1,4 +1,5 @@
 #include "storage/CacheManager.h"
+#include "storage/HeldFile.h"
 #include <QCoreApplication>
 #include <QDir>
 #include <QDirIterator>
@@ -6,6 +7,7 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <sys/statvfs.h>
+#include <unistd.h>
 
 namespace vellum {
 namespace {
@@ -132,13 +134,113 @@ TEST_F(CacheManagerTest, ClearLeavesTheFolderOfTheHttpCacheAndWhatLinksLeadTo) {
   ASSERT_TRUE(QFile::link(QFileInfo(outside).path(), cache + QStringLiteral("/Torrents/films")));
   ASSERT_TRUE(QFile::link(QStringLiteral("/nowhere"), cache + QStringLiteral("/dangling")));
   startManager();
+  file(cache, "URLCache/data8/1/kept.d");
   manager->clear();
   waitForMeasurements(1);
+  EXPECT_TRUE(left(cache + QStringLiteral("/URLCache")).isEmpty());
   const auto children =
       QDir(cache).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
   EXPECT_EQ(children, QStringList{QStringLiteral("URLCache")});
   EXPECT_EQ(left(home.path() + QStringLiteral("/Films")).size(), 1);
   EXPECT_EQ(manager->usedBytes(), 0);
+}
+
+// What is shared is the user's, but for what the program itself has put there.
+TEST_F(CacheManagerTest, NeitherSavedFilmsNorRecordsAreTheCaches) {
+  const QString key(40, u'a');
+  const QString ours = QStringLiteral("Torrents/streams/") + key + QStringLiteral("/payload.dat");
+  struct Case {
+    const char* downloads; // below "root", as are the next two
+    const char* cache;
+    const char* record;
+    const char* left; // of film.mkv and deep/film.mkv, in each of the folders, and our payload
+  };
+  for (const auto& [downloads, cachePath, record, wanted] :
+       {Case{"films", "cache", "home", "films films/deep home home/deep root"},
+        Case{"cache/films", "cache", "home", "cache/films cache/films/deep home home/deep root"},
+        Case{"cache/a/films", "cache", "home",
+             "cache/a/films cache/a/films/deep home home/deep root"},
+        Case{"cache", "cache", "home", "cache cache/deep home home/deep root"},
+        Case{"films", "films/cache", "home",
+             "films films/cache films/cache/deep films/deep home home/deep root"},
+        Case{"films", "cache", "cache", "cache cache/deep films films/deep root"},
+        Case{"films", "cache", "cache/home",
+             "cache cache/deep cache/home cache/home/deep films films/deep root"},
+        Case{"link", "cache", "home", "cache/deep home home/deep root"}}) {
+    for (const bool byLimit : {true, false}) {
+      SCOPED_TRACE(testing::Message() << downloads << " " << cachePath << " " << record << byLimit);
+      const QTemporaryDir place;
+      const auto below = [&](const char* name) {
+        return place.path() + u'/' + QLatin1String(name);
+      };
+      file(place.path(), "film.mkv", 10, 400 * kDay);
+      for (const char* folder : {downloads, cachePath, record})
+        for (const char* name : {"film.mkv", "deep/film.mkv"})
+          if (std::string_view(folder) != "link") file(below(folder), name, 10, 400 * kDay);
+      file(below(cachePath), qPrintable(ours), 10, 400 * kDay);
+      file(below(cachePath), "URLCache/data8/x.d", 10, 400 * kDay);
+      const bool isLink = std::string_view(downloads) == "link";
+      if (isLink) EXPECT_TRUE(QFile::link(below("cache/deep"), below("link")));
+      const CacheFolder folder(below(cachePath), below(downloads), {below(record)});
+      if (byLimit)
+        for (const CachedFile& each : folder.removable(true)) removeUnlessInUse(each.path);
+      else
+        folder.clear();
+      QStringList kept = left(place.path());
+      EXPECT_EQ(kept.removeIf([](const QString& name) { return name.endsWith(u'd'); }), !byLimit);
+      for (QString& name : kept)
+        name = name.contains(u'/') ? name.section(u'/', 0, -2) : QStringLiteral("root");
+      kept.sort();
+      EXPECT_EQ(kept.join(u' ').toStdString(), wanted);
+    }
+  }
+}
+
+TEST_F(CacheManagerTest, TheLimitsLeaveAPayloadInUseAndClearDoesNot) {
+  const QString used = file(cache, "Torrents/streams/a/payload.dat", 1000, 400 * kDay);
+  file(cache, "Torrents/streams/b/payload.dat", 1000, 400 * kDay);
+  const int another = openForUse(used);
+  const int user = openForUse(used); // as many as like
+  ASSERT_TRUE(user >= 0 && another >= 0);
+  settings.setCacheLimitMB(0);
+  startManager();
+  EXPECT_EQ(left(cache), QStringList{QStringLiteral("Torrents/streams/a/payload.dat")});
+  ::close(another);
+  manager->enforce();
+  waitForMeasurements(1);
+  EXPECT_TRUE(QFile::exists(used));
+  manager->clear();
+  waitForMeasurements(1);
+  EXPECT_FALSE(QFile::exists(used));
+  EXPECT_EQ(::write(user, "x", 1), 1);
+  ::close(user);
+}
+
+// Whoever opens a payload at the moment of its removal gets a file that has its name.
+TEST_F(CacheManagerTest, AnOpenedPayloadIsNeverOneThatIsGone) {
+  const QString path = cache + QStringLiteral("/key/payload.dat");
+  std::atomic<bool> isOver = false;
+  std::thread remover([&] {
+    while (!isOver) removeUnlessInUse(path);
+  });
+  for (int round = 0; round < 3000; ++round) {
+    const int opened = openForUse(path);
+    EXPECT_TRUE(opened >= 0 && QFile::exists(path)) << round;
+    ::close(opened);
+  }
+  isOver = true;
+  remover.join();
+}
+
+TEST_F(CacheManagerTest, TheUsersOwnFolderIsNotMadeTheCache) {
+  const QString folder = home.path() + QStringLiteral("/Documents");
+  const QString own = folder + QStringLiteral("/VellumApp Cache");
+  EXPECT_EQ(CacheFolder::placeIn(folder), folder); // not there yet
+  file(folder, "URLCache/x");
+  file(folder, "Torrents/x");
+  EXPECT_EQ(CacheFolder::placeIn(folder), folder);
+  file(folder, ".hidden");
+  EXPECT_EQ(CacheFolder::placeIn(folder), own);
 }
 
 TEST_F(CacheManagerTest, ARelativeCacheFolderIsNoLicenceToRemoveAnything) {

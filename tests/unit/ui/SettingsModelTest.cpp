@@ -2,6 +2,7 @@
 #include "support/MainThread.h"
 #include "support/ManualClock.h"
 #include "support/ScriptedTransport.h"
+#include <QDir>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <limits>
@@ -80,9 +81,19 @@ TEST_F(SettingsModelTest, TakesFoldersOfThisMachineAlone) {
   for (const char* address : {"http://host/folder", "", "relative"})
     model.setCacheFolder(QUrl(text(address)));
   EXPECT_EQ(settings.cachePath(), before);
-  model.setCacheFolder(QUrl::fromLocalFile(text("/a b/c")));
+  const QString chosen = folder.filePath(text("a b/c"));
+  model.setCacheFolder(QUrl::fromLocalFile(chosen));
   model.setDownloadsFolder(QUrl::fromLocalFile(text("/d#e")));
-  EXPECT_EQ(model.cacheFolder() + model.downloadsFolder(), text("/a b/c/d#e"));
+  EXPECT_EQ(model.cacheFolder() + model.downloadsFolder(), chosen + text("/d#e"));
+  EXPECT_TRUE(QDir(chosen + text("/URLCache")).exists()) << "answers are kept there at once";
+
+  ASSERT_TRUE(QDir(chosen).mkdir(text("photos")));
+  model.setCacheFolder(QUrl::fromLocalFile(chosen));
+  EXPECT_EQ(model.cacheFolder(), chosen) << "it is the cache already";
+  const QString documents = folder.filePath(text("documents"));
+  ASSERT_TRUE(QDir(documents).mkpath(text("letters")));
+  model.setCacheFolder(QUrl::fromLocalFile(documents));
+  EXPECT_EQ(model.cacheFolder(), documents + text("/VellumApp Cache"));
 }
 
 TEST_F(SettingsModelTest, AddsWhatHasANameAndAnAddress) {
