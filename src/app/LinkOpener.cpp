@@ -2,9 +2,11 @@
 #include "base/Bytes.h"
 #include "base/DescribedError.h"
 #include "base/ReplaceFile.h"
+#include "streaming/VideoFileSelector.h"
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <algorithm>
 
 namespace vellum {
 
@@ -18,6 +20,12 @@ QString localPath(const QString& link) {
   return link.startsWith(QLatin1String("file:")) ? QUrl(link).toLocalFile() : link;
 }
 
+bool isWebTorrent(const QString& link) {
+  const QUrl url(link);
+  return (url.scheme() == u"http" || url.scheme() == u"https") &&
+         QFileInfo(url.path()).suffix().toLower() == u"torrent";
+}
+
 } // namespace
 
 LinkOpener::LinkOpener(MainLoop& main, IoPool& pool, FetchData fetch, Navigation& navigation,
@@ -29,6 +37,7 @@ LinkOpener::~LinkOpener() { m_flows.cancelAll(); }
 
 void LinkOpener::open(const QString& link) {
   if (isMagnet(link)) return inspectMagnet(link);
+  if (isWebTorrent(link)) return inspectTorrentUrl(QUrl(link));
   const QString path = localPath(link);
   if (QFileInfo(path).suffix().toLower() == u"torrent") inspectFile(path);
 }
@@ -77,6 +86,11 @@ LinkOpener::Read LinkOpener::parsed(const QByteArray& bytes, const QString& path
   try {
     read.info = TorrentMetadata::parseTorrent(asBytes(bytes));
     read.info->fileUrl = QUrl::fromLocalFile(path);
+    // Asked about each file alone, the selector leaves none out for its size or its neighbours.
+    read.info->videos = std::count_if(read.info->files.begin(), read.info->files.end(),
+                                      [](const TorrentFileEntry& file) {
+                                        return !VideoFileSelector::candidates({file}).empty();
+                                      });
   } catch (const std::exception& error) {
     read.failure = QString::fromUtf8(error.what());
   }
@@ -94,7 +108,9 @@ Flow<LinkOpener::Read> LinkOpener::readFile(QString path) {
 
 Flow<LinkOpener::Read> LinkOpener::fetchFile(QUrl url, FetchData fetch, QString directory) {
   const QByteArray bytes = co_await fetch(url, kFetchTimeout);
-  const QString name = QFileInfo(url.path()).completeBaseName();
+  QString place = url.path();
+  while (place.endsWith(u'/')) place.chop(1);
+  const QString name = QFileInfo(place).completeBaseName();
   const QString path = directory + u'/' + name + QStringLiteral(".torrent");
   replaceFile(path, bytes, Privacy::Everybody); // what cannot be kept can still be inspected
   co_return parsed(bytes, path);

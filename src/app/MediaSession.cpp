@@ -6,9 +6,9 @@ MediaSession::MediaSession(WindowState& window, MediaControls& controls, StayAwa
     : m_window(window), m_controls(controls), m_stayAwake(stayAwake) {
   using Player = VideoPlayerManager;
   Player* player = &window.playback.player;
-  for (const auto changed :
-       {&Player::isPlayingChanged, &Player::durationChanged, &Player::rateChanged,
-        &Player::volumeChanged, &Player::isMutedChanged, &Player::currentURLChanged})
+  for (const auto changed : {&Player::isPlayingChanged, &Player::durationChanged,
+                             &Player::rateChanged, &Player::volumeChanged, &Player::isMutedChanged,
+                             &Player::currentURLChanged, &Player::errorChanged})
     connect(player, changed, this, &MediaSession::tell);
   connect(player, &Player::currentTimeChanged, this, &MediaSession::tell);
   connect(&window.playback.coordinator, &PlaybackCoordinator::nowPlayingChanged, this,
@@ -21,8 +21,10 @@ MediaSession::MediaSession(WindowState& window, MediaControls& controls, StayAwa
   connect(&controls, &MediaControls::seekBy, this,
           [this](double seconds) { m_window.skip(seconds); });
   connect(&controls, &MediaControls::stop, this, [this] { m_window.stop(); });
-  connect(&controls, &MediaControls::setVolume, player,
-          [player](double volume) { player->setVolume(static_cast<float>(volume)); });
+  connect(&controls, &MediaControls::setVolume, player, [player](double volume) {
+    player->setVolume(static_cast<float>(volume));
+    if (volume > 0) player->setMuted(false);
+  });
   connect(&controls, &MediaControls::raise, this, &MediaSession::windowWanted);
 }
 
@@ -37,7 +39,7 @@ MediaStatus MediaSession::status() const {
   const VideoPlayerManager& player = m_window.playback.player;
   MediaStatus status;
   status.isLoaded = nowPlaying && !player.currentURL().isEmpty();
-  status.isPlaying = player.isPlaying();
+  status.isPlaying = player.isPlaying() && player.error().isNull();
   if (nowPlaying) {
     status.title = nowPlaying->title;
     status.artwork = nowPlaying->thumbnail.value_or(QUrl());

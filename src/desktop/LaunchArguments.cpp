@@ -5,10 +5,20 @@
 
 namespace vellum {
 
+namespace {
+
+bool isWebTorrent(const QString& argument) {
+  const QUrl url(argument);
+  return (url.scheme() == u"http" || url.scheme() == u"https") &&
+         QFileInfo(url.path()).suffix().toLower() == u"torrent";
+}
+
+} // namespace
+
 QStringList openableLinks(const QStringList& arguments, const QString& workingFolder) {
   QStringList out;
   for (const QString& argument : arguments) {
-    if (argument.startsWith(QLatin1String("magnet:"))) {
+    if (argument.startsWith(QLatin1String("magnet:")) || isWebTorrent(argument)) {
       out += argument;
       continue;
     }

@@ -13,6 +13,7 @@ struct TorrentInfo {
   QStringList trackers;
   std::optional<QString> magnet;  // as text: a QUrl would rewrite some of its escapes
   std::optional<QUrl> fileUrl;    // the .torrent file on disk; set by the caller, never by a parser
+  qsizetype videos = 0;           // how many of the files; set by the caller
   std::int64_t totalSize() const; // bytes; a sum beyond 64 bits stops at their end
 };
 

@@ -25,7 +25,8 @@ protected:
   bool eventFilter(QObject* object, QEvent* event) override {
     if (event->type() != QEvent::FileOpen) return QObject::eventFilter(object, event);
     const auto* opened = static_cast<QFileOpenEvent*>(event); // by its type
-    m_links.open(opened->url().isLocalFile() ? opened->file() : opened->url().toString());
+    const QUrl url = opened->url();
+    m_links.open(url.isLocalFile() ? opened->file() : url.toString(QUrl::FullyEncoded));
     return true;
   }
 

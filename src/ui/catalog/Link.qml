@@ -12,8 +12,8 @@ T.AbstractButton {
     implicitWidth: implicitContentWidth
     Accessible.name: text
     Accessible.role: Accessible.Link
-    Keys.onEnterPressed: Press.on(link)
-    Keys.onReturnPressed: Press.on(link)
+    Keys.onEnterPressed: event => Press.on(link, event)
+    Keys.onReturnPressed: event => Press.on(link, event)
 
     contentItem: Label {
         color: Theme.accent

@@ -21,8 +21,8 @@ T.Button {
     spacing: Theme.spaceS
     Accessible.name: text
     Accessible.role: Accessible.Button
-    Keys.onEnterPressed: Press.on(button)
-    Keys.onReturnPressed: Press.on(button)
+    Keys.onEnterPressed: event => Press.on(button, event)
+    Keys.onReturnPressed: event => Press.on(button, event)
 
     background: ControlSurface {
         border.color: Theme.hairline

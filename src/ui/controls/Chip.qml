@@ -15,8 +15,8 @@ T.Button {
     Accessible.checked: checked
     Accessible.name: text
     Accessible.role: Accessible.Button
-    Keys.onEnterPressed: Press.on(chip)
-    Keys.onReturnPressed: Press.on(chip)
+    Keys.onEnterPressed: event => Press.on(chip, event)
+    Keys.onReturnPressed: event => Press.on(chip, event)
 
     background: ControlSurface {
         border.color: chip.checked ? Theme.accent : Theme.hairline

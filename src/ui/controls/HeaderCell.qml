@@ -23,8 +23,8 @@ T.AbstractButton {
     Accessible.description: !sorted ? "" : descending ? qsTr("Sorted descending") : qsTr("Sorted ascending")
     Accessible.name: text
     Accessible.role: Accessible.ColumnHeader
-    Keys.onEnterPressed: Press.on(cell)
-    Keys.onReturnPressed: Press.on(cell)
+    Keys.onEnterPressed: event => Press.on(cell, event)
+    Keys.onReturnPressed: event => Press.on(cell, event)
 
     background: ControlSurface {
         control: cell

@@ -14,8 +14,8 @@ T.Button {
     implicitWidth: implicitHeight
     Accessible.name: text
     Accessible.role: Accessible.Button
-    Keys.onEnterPressed: Press.on(button)
-    Keys.onReturnPressed: Press.on(button)
+    Keys.onEnterPressed: event => Press.on(button, event)
+    Keys.onReturnPressed: event => Press.on(button, event)
     onHoveredChanged: wasPressed = false
     onPressed: wasPressed = true
 

@@ -7,10 +7,14 @@ import Vellum.Theme
 T.Label {
     id: label
 
+    readonly property int mostLines: 1000
+
     color: Theme.text
     elide: Text.ElideRight
     font.family: Theme.family
     font.pixelSize: Theme.fontBody
+    // Line feeds in it are none of ours.
+    maximumLineCount: wrapMode === Text.NoWrap ? 1 : mostLines
     opacity: enabled ? 1 : Theme.disabledStrength
     textFormat: Text.PlainText
     verticalAlignment: Text.AlignVCenter

@@ -23,9 +23,9 @@ T.Button {
     text: label !== "" ? qsTr("%1: %2").arg(label).arg(current) : current
     Accessible.name: text
     Accessible.role: Accessible.ButtonDropDown
-    Keys.onDownPressed: Press.on(picker)
-    Keys.onEnterPressed: Press.on(picker)
-    Keys.onReturnPressed: Press.on(picker)
+    Keys.onDownPressed: event => Press.on(picker, event)
+    Keys.onEnterPressed: event => Press.on(picker, event)
+    Keys.onReturnPressed: event => Press.on(picker, event)
     onClicked: {
         menu.popup(picker, 0, height + Theme.spaceXS);
         menu.currentIndex = choices.findIndex(choice => choice.value === value);

@@ -21,8 +21,8 @@ T.AbstractButton {
     Accessible.description: subtitle
     Accessible.name: text
     Accessible.role: Accessible.Button
-    Keys.onEnterPressed: Press.on(card)
-    Keys.onReturnPressed: Press.on(card)
+    Keys.onEnterPressed: event => Press.on(card, event)
+    Keys.onReturnPressed: event => Press.on(card, event)
 
     contentItem: Column {
         spacing: card.loading ? Theme.spaceS : Theme.spaceXS

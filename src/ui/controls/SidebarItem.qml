@@ -16,8 +16,8 @@ T.ItemDelegate {
     Accessible.name: text
     Accessible.role: Accessible.PageTab
     Accessible.selected: highlighted
-    Keys.onEnterPressed: Press.on(entry)
-    Keys.onReturnPressed: Press.on(entry)
+    Keys.onEnterPressed: event => Press.on(entry, event)
+    Keys.onReturnPressed: event => Press.on(entry, event)
 
     background: ControlSurface {
         color: entry.highlighted ? Theme.tint(Theme.accent) : Theme.clear

@@ -15,8 +15,8 @@ T.Switch {
     Accessible.checked: checked
     Accessible.name: text
     Accessible.role: Accessible.CheckBox
-    Keys.onEnterPressed: Press.on(toggle)
-    Keys.onReturnPressed: Press.on(toggle)
+    Keys.onEnterPressed: event => Press.on(toggle, event)
+    Keys.onReturnPressed: event => Press.on(toggle, event)
 
     contentItem: Label {
         font: toggle.font

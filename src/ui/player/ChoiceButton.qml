@@ -17,8 +17,8 @@ T.AbstractButton {
     Accessible.description: size
     Accessible.name: text
     Accessible.role: Accessible.Button
-    Keys.onEnterPressed: Press.on(choice)
-    Keys.onReturnPressed: Press.on(choice)
+    Keys.onEnterPressed: event => Press.on(choice, event)
+    Keys.onReturnPressed: event => Press.on(choice, event)
 
     background: Rectangle {
         color: Theme.raised

@@ -18,6 +18,7 @@ FocusScope {
     readonly property Item focused: Window.activeFocusItem
 
     signal fullScreenWanted
+    signal menuWanted // where the pointer is
     signal subtitleFileWanted
 
     function poke(): void {
@@ -145,6 +146,10 @@ FocusScope {
             onFullScreenWanted: screen.fullScreenWanted()
             onSubtitleFileWanted: screen.subtitleFileWanted()
         }
+    }
+    TapHandler {
+        acceptedButtons: Qt.RightButton
+        onTapped: screen.menuWanted()
     }
     // What cannot be seen cannot be pressed.
     PlayerSurface {

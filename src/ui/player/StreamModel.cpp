@@ -52,14 +52,14 @@ QVariantList StreamModel::choices() const {
   QVariantList list;
   for (const StreamChoice& choice : m_choices)
     list.append(QVariantMap{{QStringLiteral("id"), choice.id},
-                            {QStringLiteral("name"), choice.name},
+                            {QStringLiteral("name"), printable(shortened(choice.name))},
                             {QStringLiteral("size"), formatByteCount(choice.size)}});
   return list;
 }
 
 QString StreamModel::title() const {
   const auto& nowPlaying = m_playback.coordinator.nowPlaying();
-  return nowPlaying ? nowPlaying->title : QString();
+  return nowPlaying ? printable(shortened(nowPlaying->title)) : QString();
 }
 
 QString StreamModel::miniText() const {

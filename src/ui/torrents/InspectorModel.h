@@ -15,10 +15,9 @@ class InspectorModel final : public QAbstractListModel {
   Q_PROPERTY(bool shown READ isShown NOTIFY shownChanged)
   Q_PROPERTY(QString name READ name NOTIFY infoChanged)
   Q_PROPERTY(QString hashText READ hashText NOTIFY infoChanged)
-  Q_PROPERTY(bool hasFiles READ hasFiles NOTIFY infoChanged) // a bare magnet link has none
   Q_PROPERTY(QString countText READ countText NOTIFY infoChanged)
   Q_PROPERTY(bool hasMagnet READ hasMagnet NOTIFY infoChanged) // which buttons there are
-  Q_PROPERTY(bool hasFile READ hasFile NOTIFY infoChanged)
+  Q_PROPERTY(bool hasFile READ hasFile NOTIFY infoChanged)     // otherwise it is a bare magnet link
 
 public:
   enum Role {
@@ -42,8 +41,7 @@ public:
 
   bool isShown() const { return m_services.navigation.inspector().has_value(); }
   QString name() const;
-  QString hashText() const; // "Info hash: …"
-  bool hasFiles() const { return !m_files.empty(); }
+  QString hashText() const;  // "Info hash: …"
   QString countText() const; // "3 file(s) · 1 video · 2 tracker(s)"
   bool hasMagnet() const { return m_info.magnet.has_value(); }
   bool hasFile() const { return m_info.fileUrl.has_value(); }
@@ -59,18 +57,10 @@ Q_SIGNALS:
   void infoChanged();
 
 private:
-  struct File {
-    QString name;
-    std::int64_t size;
-    const char* kind;
-  };
-  static File fileOf(const TorrentFileEntry& entry);
   void take();
 
   Services m_services;
   TorrentInfo m_info;
-  std::vector<File> m_files;
-  qsizetype m_videos = 0;
 };
 
 } // namespace vellum::ui

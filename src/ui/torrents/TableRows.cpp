@@ -57,6 +57,13 @@ const QString& ResultRow::sources() const {
   return once(m_sources, [this] { return result.sourceSort(); });
 }
 
+void ResultRow::readAll() const {
+  quality();
+  format();
+  titleKey();
+  sources();
+}
+
 void ResultRow::replace(const TorrentResult& newer) {
   if (result.title != newer.title) m_quality = m_titleKey = QString();
   if (result.title != newer.title || result.archiveID != newer.archiveID) m_format = QString();
@@ -82,6 +89,13 @@ void TableRows::setResults(const TorrentResults& results) {
     rows.back().replace(result);
   }
   m_rows = std::move(rows);
+  m_read = 0;
+}
+
+bool TableRows::readSome() {
+  const std::size_t end = std::min(m_rows.size(), m_read + kReadAtOnce);
+  for (; m_read < end; ++m_read) m_rows[m_read].readAll();
+  return m_read < m_rows.size();
 }
 
 bool TableRows::hasVariants(const TorrentResult& result) const {

@@ -44,6 +44,7 @@ public:
   const QString& sources() const;  // "A, B"
   // With another seeder count, source and so on; what was read from the same texts stays.
   void replace(const TorrentResult& newer);
+  void readAll() const;
 
 private:
   mutable QString m_quality; // each null until it is asked for
@@ -57,6 +58,8 @@ using ResultRows = std::vector<ResultRow>;
 class TableRows {
 public:
   void setResults(const TorrentResults& results);
+  // Reads the texts of some more rows ahead of whoever filters and sorts; false when all are read.
+  bool readSome();
   const ResultRows& rows() const { return m_rows; } // all, as they came
   QStringList allSources() const;                   // sorted, without duplicates
   // Whether another row is the same film in another quality.
@@ -65,7 +68,9 @@ public:
   std::vector<std::size_t> shown(const ResultFilter& filter, const ResultOrder& order) const;
 
 private:
+  static constexpr std::size_t kReadAtOnce = 1000; // rows, some three milliseconds
   ResultRows m_rows;
+  std::size_t m_read = 0;      // so many rows from the beginning
   QHash<QString, int> m_films; // how many rows have that base title
 };
 

@@ -44,19 +44,19 @@ Sheet {
         icon: "info"
         objectName: "magnetRemark"
         text: qsTr("Magnet links carry no file list; it's fetched by your torrent client once it joins the swarm.")
-        visible: !sheet.model.hasFiles
+        visible: !sheet.model.hasFile
         width: parent?.width ?? 0
     }
     Label {
         color: Theme.textMuted
         objectName: "countsLine"
         text: sheet.model.countText
-        visible: sheet.model.hasFiles
+        visible: sheet.model.hasFile
         width: parent?.width ?? 0
     }
     InspectorFiles {
         model: sheet.model
-        visible: sheet.model.hasFiles
+        visible: sheet.model.hasFile
         width: parent?.width ?? 0
     }
     InfoLine {

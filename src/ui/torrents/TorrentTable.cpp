@@ -21,6 +21,12 @@ QString stateName(RowState::Kind kind) {
 
 } // namespace
 
+TorrentTable::TorrentTable(QObject* parent) : QAbstractListModel(parent) {
+  connect(&m_reading, &QTimer::timeout, this, [this] {
+    if (!m_list.readSome()) m_reading.stop();
+  });
+}
+
 int TorrentTable::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : int(m_shown.size());
 }
@@ -36,13 +42,13 @@ QVariant TorrentTable::data(const QModelIndex& index, int role) const {
   switch (role) {
   case KeyRole: return rowKey(result);
   case Qt::DisplayRole:
-  case TitleRole: return result.title;
+  case TitleRole: return printable(result.title);
   case SizeRole: return formatByteCount(result.sizeSort());
   case SeedsRole: return countOrDash(result.seeders);
   case PeersRole: return countOrDash(result.leechers);
   case QualityRole: return shown.quality();
   case FormatRole: return shown.format();
-  case SourceRole: return shown.sources();
+  case SourceRole: return printable(shown.sources());
   case NoteRole: return noteOf(result);
   case PlayableRole: return isPlayable(result);
   case PlayStateRole: return hasState ? stateName(state->kind) : QString();
@@ -72,7 +78,7 @@ QHash<int, QByteArray> TorrentTable::roleNames() const {
 
 QString TorrentTable::noteOf(const TorrentResult& result) {
   if (!result.archiveID) return {};
-  return result.license ? tr("Licensed: %1").arg(*result.license)
+  return result.license ? tr("Licensed: %1").arg(printable(*result.license))
                         : tr("Vidarium catalog item · license not stated");
 }
 
@@ -96,6 +102,7 @@ const TorrentResult* TorrentTable::result(const QString& key) const {
 void TorrentTable::setResults(const TorrentResults& results) {
   // The rows that are shown are indices into the list: the two change together.
   m_list.setResults(results);
+  m_reading.start();
   update();
 }
 

@@ -4,6 +4,7 @@
 #include "ui/torrents/RowSelection.h"
 #include "ui/torrents/TableRows.h"
 #include <QAbstractListModel>
+#include <QTimer>
 #include <QtQml/qqmlregistration.h>
 
 namespace vellum::ui {
@@ -41,7 +42,7 @@ public:
   enum PickKind { PickOnly, PickToggle, PickExtend };
   Q_ENUM(PickKind)
 
-  using QAbstractListModel::QAbstractListModel;
+  explicit TorrentTable(QObject* parent = nullptr);
 
   int rowCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
@@ -80,6 +81,7 @@ private:
   static QString noteOf(const TorrentResult& result);
 
   TableRows m_list;
+  QTimer m_reading; // of the rows' texts, a turn of the loop for some of them
   ResultFilter m_filter;
   ResultOrder m_order;
   std::vector<std::size_t> m_shown;

@@ -85,6 +85,7 @@ Window {
             focus: true
             model: window.screens.player
             onFullScreenWanted: window.toggleFullScreen()
+            onMenuWanted: playbackMenu.popupHere()
             onSubtitleFileWanted: subtitleFiles.choose()
         }
     }
@@ -92,7 +93,7 @@ Window {
         anchors.fill: parent
         onDropped: drop => {
             for (const url of drop.urls)
-                window.model.open(url.toString());
+                window.model.openUrl(url);
             if (!drop.hasUrls && drop.hasText)
                 window.model.open(drop.text);
         }

@@ -32,7 +32,7 @@ QQuickWindow* MainWindow::window() const {
 
 void MainWindow::raise() {
   if (QQuickWindow* shown = window()) {
-    if (shown->visibility() == QWindow::Minimized) shown->showNormal();
+    shown->setWindowStates(shown->windowStates() & ~Qt::WindowMinimized);
     shown->raise();
     shown->requestActivate();
   }

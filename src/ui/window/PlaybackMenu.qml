@@ -13,10 +13,10 @@ Item {
     readonly property real volumeStep: 0.1
     readonly property var list: [
         { title: qsTr("Play / Pause"), keys: "Ctrl+P", act: () => model.toggle() },
-        { title: qsTr("Skip Back 10s"), keys: "Ctrl+Left", act: () => model.skip(-skip) },
-        { title: qsTr("Skip Forward 10s"), keys: "Ctrl+Right", act: () => model.skip(skip) },
-        { title: qsTr("Volume Up"), keys: "Ctrl+Up", act: () => model.changeVolume(volumeStep) },
-        { title: qsTr("Volume Down"), keys: "Ctrl+Down", act: () => model.changeVolume(-volumeStep) },
+        { title: qsTr("Skip Back 10s"), keys: "Ctrl+Left", repeats: true, act: () => model.skip(-skip) },
+        { title: qsTr("Skip Forward 10s"), keys: "Ctrl+Right", repeats: true, act: () => model.skip(skip) },
+        { title: qsTr("Volume Up"), keys: "Ctrl+Up", repeats: true, act: () => model.changeVolume(volumeStep) },
+        { title: qsTr("Volume Down"), keys: "Ctrl+Down", repeats: true, act: () => model.changeVolume(-volumeStep) },
         { title: qsTr("Mute"), keys: "Ctrl+Shift+M", act: () => model.toggleMuted() },
         { title: qsTr("Full Screen"), keys: "Ctrl+Meta+F", act: () => fullScreenWanted() },
         { title: qsTr("Stop"), keys: "Ctrl+.", act: () => model.stop() }
@@ -24,6 +24,9 @@ Item {
 
     signal fullScreenWanted
 
+    function popupHere() {
+        menu.popup();
+    }
     function popup(item: Item) {
         menu.popup(item, 0, item.height);
     }
@@ -34,12 +37,16 @@ Item {
         delegate: Shortcut {
             required property var modelData
 
+            autoRepeat: modelData.repeats ?? false
+            context: Qt.ApplicationShortcut // over sheets and alerts too
             sequence: modelData.keys
             onActivated: modelData.act()
         }
     }
     // Where the key of the other systems is not on the keyboard, or taken by the desktop.
     Shortcut {
+        autoRepeat: false
+        context: Qt.ApplicationShortcut
         sequence: "F11"
         onActivated: commands.fullScreenWanted()
     }

@@ -1,4 +1,5 @@
 #include "ui/window/WindowModel.h"
+#include "base/Text.h"
 
 namespace vellum::ui {
 
@@ -44,7 +45,7 @@ bool WindowModel::showsMiniPlayer() const {
 }
 
 QString WindowModel::title() const {
-  return showsPlayer() ? coordinator().nowPlaying()->title : QStringLiteral("Vellum");
+  return showsPlayer() ? printable(coordinator().nowPlaying()->title) : QStringLiteral("Vellum");
 }
 
 void WindowModel::answerAboutSeeders(bool tryAnyway) {

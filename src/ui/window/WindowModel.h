@@ -48,6 +48,8 @@ public:
   // A .torrent file that the user has picked or dropped; it comes into the inspector.
   Q_INVOKABLE void inspectFile(const QUrl& file) { m_window.links.inspectFile(file.toLocalFile()); }
   Q_INVOKABLE void open(const QString& link) { m_window.links.open(link); }
+  // With the escapes of a link as they came.
+  Q_INVOKABLE void openUrl(const QUrl& url) { open(url.toString(QUrl::FullyEncoded)); }
 
 Q_SIGNALS:
   void sectionChanged();

@@ -65,9 +65,11 @@ TEST_F(LinkOpenerTest, WhatTheSystemHandsOverIsInspectedOrDropped) {
   EXPECT_EQ(outcome(), QStringLiteral("That doesn't look like a valid magnet link."));
 
   const QString good = path("Movie.TORRENT", torrent);
-  for (const QString& link : {good, QUrl::fromLocalFile(good).toString()}) {
+  for (const QString& link : {good, QUrl::fromLocalFile(good).toString(),
+                              QStringLiteral("https://host/download/7.torrent?a=b")}) {
     opener.open(link);
     EXPECT_EQ(outcome(), QStringLiteral("film.mkv"));
+    EXPECT_EQ(last->videos, 1);
     EXPECT_EQ(last->fileUrl, QUrl::fromLocalFile(good));
   }
   opener.open(path("noise.torrent", "noise"));

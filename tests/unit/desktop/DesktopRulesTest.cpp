@@ -13,6 +13,8 @@ TEST(LaunchArguments, KeepsWhatCanBeOpenedAndMakesPathsAbsolute) {
       {"Film: the sequel.torrent", "/work/Film: the sequel.torrent"},
       {"../x.torrent", "/x.torrent"},
       {"file:///a/b%20c.torrent", "/a/b c.torrent"},
+      {"https://host/x.torrent?a=%20", "https://host/x.torrent?a=%20"},
+      {"https://host/x.html", nullptr},
       {"MAGNET:?xt=urn:btih:00", nullptr},
       {"/a/Film.txt", nullptr},
       {"--play.torrent", nullptr},
