@@ -24,6 +24,8 @@ struct TransferSource {
   // length is not whole.
   std::int64_t promised = 0;
   std::optional<ResumeData> resume = {}; // nothing: from the beginning
+  // Whether the disk has room for some megabytes more. Called on a thread of the transfers.
+  std::function<bool()> hasRoom = {};
 };
 
 struct TransferProgress {

@@ -9,6 +9,8 @@ namespace {
 // Of an answer in memory; a disk that is slower than the network slows down the sender.
 constexpr qint64 kReadAhead = 8 * 1024 * 1024;
 
+constexpr std::int64_t kBetweenLooks = 16 * 1024 * 1024; // bytes, at the free space
+
 QString sentence(const char* text) { return QCoreApplication::translate("HttpFileTransfer", text); }
 
 bool isOfTheWeb(const QUrl& url) {
@@ -87,7 +89,7 @@ void HttpFileTransfer::ask() {
 }
 
 // Without a known length a limit makes it likelier that Qt takes the loss of a connection for the
-// end of the answer.
+// end of the answer, or does not notice it at all.
 void HttpFileTransfer::limitReadAhead() {
   const bool hasLength =
       headOf(*m_reply).contentLength.value_or(0) > 0 && !m_reply->hasRawHeader("Transfer-Encoding");
@@ -127,8 +129,17 @@ void HttpFileTransfer::readInto() {
     if (got <= 0) break;
     if (const auto error = m_file->append({m_around.room.data(), std::size_t(got)}))
       return fail(error);
+    if (!mayGoOn(got)) return fail(sentence("Not enough free disk space."));
   }
   m_progress->set(m_file->size(), m_expected);
+}
+
+// An answer may be longer than was promised, and others write to the disk, too.
+bool HttpFileTransfer::mayGoOn(std::int64_t written) {
+  m_sinceLook += written;
+  if (m_sinceLook < kBetweenLooks || !m_source.hasRoom) return true;
+  m_sinceLook = 0;
+  return m_source.hasRoom();
 }
 
 void HttpFileTransfer::finish() {

@@ -54,6 +54,7 @@ private:
   void finish();
   bool understand();
   void readInto();
+  bool mayGoOn(std::int64_t written);
   std::optional<ResumeData> resumeData();
   void dropReply();
   void fail(const QString& reason);
@@ -67,7 +68,8 @@ private:
   std::shared_ptr<PartFile> m_file;
   QByteArray m_validator;
   std::int64_t m_expected = 0;
-  bool m_isUnderstood = false; // the head of the present answer
+  std::int64_t m_sinceLook = 0; // bytes written since the last look at the free space
+  bool m_isUnderstood = false;  // the head of the present answer
   QNetworkReply* m_reply = nullptr;
   QTimer m_patience;
 };

@@ -88,8 +88,9 @@ void DownloadManager::launch(const QUuid& id, std::optional<ResumeData> resume) 
   const DownloadTask* task = row(id);
   if (!task) return;
   const quint64 number = ++m_launched;
-  TransferSource source{task->url, QFileInfo(task->dest.toLocalFile()).path(), task->expected,
-                        std::move(resume)};
+  const QString folder = QFileInfo(task->dest.toLocalFile()).path();
+  const auto hasRoom = [free = m_freeSpace, folder] { return free(folder) >= kLeastFree; };
+  TransferSource source{task->url, folder, task->expected, std::move(resume), hasRoom};
   auto whenEnded = [this, &main = m_main, alive = m_alive, id, number](TransferEnd end) {
     main.post([this, alive, id, number, end = std::move(end)]() mutable {
       if (*alive) ended(id, number, std::move(end));

@@ -20,9 +20,12 @@ class DownloadManager final : public QObject {
 
 public:
   static constexpr std::int64_t kReserve = 200 * kMiB; // free space that a download must leave
+  // With less than this a transfer under way fails: less than the reserve, so that what was allowed
+  // to begin does not fail by what the file system itself needs.
+  static constexpr std::int64_t kLeastFree = 100 * kMiB;
   static constexpr std::chrono::milliseconds kProgressInterval{100};
 
-  using FreeSpace = std::function<std::int64_t(const QString& path)>; // bytes
+  using FreeSpace = std::function<std::int64_t(const QString& path)>; // bytes; any thread
 
   // All outlive it. Removes what a dead program has left in the folder, and fills `saved`.
   DownloadManager(SettingsStore& settings, MainLoop& main, IoPool& pool, FileTransfers& transfers,

@@ -112,6 +112,31 @@ TEST_F(DownloadAnswerTest, AsksForThePlainFileAndFollowsRedirects) {
   EXPECT_TRUE(turnUntil([&] { return manager->saved().size() == 1; }));
 }
 
+TEST_F(DownloadAnswerTest, ADiskThatFillsEndsTheTransferBeforeItIsFull) {
+  constexpr std::int64_t least = 104'857'600;
+  std::atomic<std::int64_t> free = 0;
+  manager.emplace(settings, main, *pool, *transfers, [&](const QString&) { return free.load(); });
+  struct Case {
+    std::int64_t free;
+    int megabytes;
+    const char* ending;
+  };
+  for (const auto& [bytes, megabytes, wanted] :
+       {Case{least - 1, 40, "Not enough free disk space."}, Case{least, 40, "finished"},
+        Case{0, 10, "finished"}}) {
+    free = bytes;
+    ScriptedServer server([count = megabytes](const QByteArray&) {
+      return Answer{"HTTP/1.1 200 OK\r\n\r\n", QByteArray(1'000'000, 'x'), count};
+    });
+    start(server.url(QStringLiteral("/film.mp4")));
+    EXPECT_EQ(ending(), wanted);
+    EXPECT_TRUE(partsGo());
+    EXPECT_EQ(QFile::remove(folder + QStringLiteral("/film.mp4")),
+              std::string_view(wanted) == "finished");
+    manager->clearFinished();
+  }
+}
+
 TEST_F(DownloadAnswerTest, OnlyAddressesOfTheWebAreAsked) {
   for (const char* address : {"file:///etc/hostname", "ftp://127.0.0.1/x", "data:text/plain,x",
                               "http:///path", "qrc:/x", ""}) {
