@@ -59,6 +59,11 @@ QString shortened(const QString& text, qsizetype longest) {
   return cut + QChar(0x2026);
 }
 
+QString oneLine(const QString& text) {
+  constexpr qsizetype kLongestLine = 300;
+  return printable(shortened(text, kLongestLine).simplified());
+}
+
 std::optional<qint64> parseInt64(QStringView text) {
   const bool hasSign = text.startsWith(u'+') || text.startsWith(u'-');
   const QStringView digits = hasSign ? text.sliced(1) : text;

@@ -1,4 +1,5 @@
 #include "ui/catalog/CatalogSearchModel.h"
+#include "base/Text.h"
 
 namespace vellum::ui {
 

@@ -1,4 +1,5 @@
 #include "ui/catalog/HomeModel.h"
+#include "base/Text.h"
 #include <algorithm>
 
 namespace vellum::ui {

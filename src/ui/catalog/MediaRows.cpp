@@ -8,8 +8,6 @@ namespace vellum::ui {
 
 namespace {
 
-constexpr qsizetype kLongestLine = 300;
-
 MediaRow rowOf(const MediaItem& item) {
   const QString title = oneLine(item.title);
   return {.key = item.id,
@@ -48,10 +46,6 @@ MediaRows made(const Values& values, Make make) {
 }
 
 } // namespace
-
-QString oneLine(const QString& text) {
-  return printable(shortened(text, kLongestLine).simplified());
-}
 
 QString byline(const MediaItem& item) {
   QStringList parts{oneLine(item.year.value_or(QString())),

@@ -16,8 +16,6 @@ struct LocalVideo {
 
 using LocalVideos = std::vector<LocalVideo>;
 
-// On one line, without control characters, of at most 300 characters.
-QString oneLine(const QString& text);
 // "1957 · Ingmar Bergman"; empty if nothing is known.
 QString byline(const MediaItem& item);
 // An http or https address with a host; nothing for anything else.

@@ -20,8 +20,8 @@ QString phaseOf(Kind kind) {
 
 QString detailOf(const DownloadTask& task) {
   switch (task.state.kind) {
-  case Kind::Failed: return DownloadsModel::tr("Failed: %1").arg(printable(task.state.reason));
-  case Kind::Finished: return DownloadsModel::tr("Saved to %1").arg(task.dest.toLocalFile());
+  case Kind::Failed: return DownloadsModel::tr("Failed: %1").arg(oneLine(task.state.reason));
+  case Kind::Finished: return DownloadsModel::tr("Saved to %1").arg(printable(task.dest.toLocalFile()));
   default: break;
   }
   // A total that is unknown is a dash.
@@ -69,7 +69,7 @@ bool DownloadsModel::hasFinished() const {
 void DownloadsModel::updateTasks() {
   std::vector<DownloadRowItem> rows;
   for (const DownloadTask& task : m_services.downloads.tasks())
-    rows.push_back({task.id.toString(), task.title, phaseOf(task.state.kind), detailOf(task),
+    rows.push_back({task.id.toString(), oneLine(task.title), phaseOf(task.state.kind), detailOf(task),
                     progressOf(task)});
   m_tasks.setRows(rows);
   Q_EMIT changed();
@@ -84,7 +84,8 @@ void DownloadsModel::updateTorrents() {
   std::vector<TorrentRowItem> rows;
   for (const TorrentEngine::Entry& entry : m_services.engine.entries()) {
     const bool streams = isStreaming(entry.id);
-    rows.push_back({entry.id, entry.snap.name.isEmpty() ? entry.title : entry.snap.name,
+    const QString name = oneLine(entry.snap.name);
+    rows.push_back({entry.id, name.isEmpty() ? oneLine(entry.title) : name,
                     streams ? tr("Streaming") : tr("Seeding"), streams, countsOf(entry.snap)});
   }
   m_torrents.setRows(rows);

@@ -31,6 +31,13 @@ TEST(Text, NamesFromOutsideNeitherForgeLinesNorSpeakToTheTerminal) {
             QString::fromUtf8("a�URL b���[31m�� �é"));
 }
 
+TEST(Text, AStrangersNameFitsOneLine) {
+  EXPECT_EQ(oneLine(QString::fromUtf8(" a\r\n b\t\xE2\x80\xAE"
+                                      "c ")),
+            QString::fromUtf8("a b �c"));
+  EXPECT_EQ(oneLine(QString(100'000, u'x')), QString(299, u'x') + QChar(0x2026));
+}
+
 TEST(Fmt, TimesReadAsOnAPlayer) {
   const std::pair<double, const char*> cases[] = {
       {-1, "0:00"}, {NAN, "0:00"},      {INFINITY, "0:00"}, {0.9, "0:00"},        {59.9, "0:59"},

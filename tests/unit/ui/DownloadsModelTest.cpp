@@ -56,7 +56,8 @@ struct DownloadsModelTest : PlaybackWorld, TorrentEngine::Surroundings {
 
 TEST_F(DownloadsModelTest, TellsHowEachDownloadStands) {
   for (const char* name : {"a", "b", "c", "d"})
-    downloads.start(text(name), QUrl(text("http://h/") + text(name) + text(".mp4")),
+    downloads.start(text(name) + text(*name == 'a' ? "\n\xE2\x80\xAE" : ""),
+                    QUrl(text("http://h/") + text(name) + text(".mp4")),
                     *name == 'a' ? std::nullopt : std::optional<qint64>(3'000'000));
   QStringList rebuilt;
   for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
@@ -66,7 +67,7 @@ TEST_F(DownloadsModelTest, TellsHowEachDownloadStands) {
   downloads.publishProgress();
   const QString b = column(model->tasks(), "key").section(u'|', 2, 2);
   model->pause(b);
-  transfers.all[2]->ended(TransferFailed{text("HTTP 404")});
+  transfers.all[2]->ended(TransferFailed{text("HTTP\n404")});
   std::error_code error;
   transfers.all[3]->ended(TransferFinished{PartFile::create(folder.path(), error)});
   const auto phases = [&] { return column(model->tasks(), "phase"); };
@@ -87,15 +88,15 @@ TEST_F(DownloadsModelTest, TellsHowEachDownloadStands) {
   EXPECT_EQ(phases(), text("finished|failed|downloading|downloading"));
   model->cancel(keys[2]);
   model->cancel(text("no key"));
-  EXPECT_EQ(column(model->tasks(), "title"), text("d|c|a"));
+  EXPECT_EQ(column(model->tasks(), "title"), text("d|c|a �"));
   EXPECT_TRUE(model->hasFinished());
   model->clearFinished();
-  EXPECT_EQ(column(model->tasks(), "title"), text("a"));
+  EXPECT_EQ(column(model->tasks(), "title"), text("a �"));
   EXPECT_FALSE(model->hasFinished());
 }
 
 TEST_F(DownloadsModelTest, StopsWhatPlaysOnlyWithItsOwnTorrent) {
-  const QString seeding = run(0xBB, "B"), streaming = run(0xAA, "A");
+  const QString seeding = run(0xBB, "B\n"), streaming = run(0xAA, "A");
   TorrentResult played;
   played.id = played.title = text("A");
   played.infoHash = streaming;
