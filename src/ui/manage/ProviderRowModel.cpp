@@ -54,7 +54,7 @@ QVariantList ProviderRowModel::results() const {
   for (const MirrorHealth& line : m_results) {
     const char* state = !line.reachable ? "failed" : line.formatOK ? "ok" : "doubtful";
     const QString detail =
-        line.millis ? tr("%1 · %2 ms").arg(line.detail).arg(*line.millis) : line.detail;
+        line.millis ? tr("%1 · %2 ms").arg(line.detail, QString::number(*line.millis)) : line.detail;
     list.append(QVariantMap{{QStringLiteral("state"), QLatin1String(state)},
                             {QStringLiteral("url"), line.url},
                             {QStringLiteral("detail"), detail}});
