@@ -27,6 +27,9 @@ Flickable {
 
     T.ScrollBar.vertical: ScrollBar {}
 
+    FocusFollow {
+        view: page
+    }
     Column {
         id: shelves
 

@@ -7,14 +7,27 @@ Item {
     id: row
 
     required property bool canPlay
+    readonly property int columns: canPlay ? 2 : 1
+    property int current: -1 // the column on which the keyboard stands
     required property string format
     required property int index
     required property string name
     required property string size
 
+    readonly property string spoken: name + ": " + (saves(current) ? saveButton.text : playButton.text)
+
     signal playPressed
     signal savePressed
-    signal reached // by the keyboard
+
+    function saves(column: int): bool {
+        return column === columns - 1;
+    }
+    function press(column: int) {
+        if (saves(column))
+            savePressed();
+        else
+            playPressed();
+    }
 
     implicitHeight: Theme.rowHeight + Theme.spaceM
     Accessible.name: name
@@ -50,22 +63,34 @@ Item {
         spacing: Theme.spaceS
 
         Button {
+            id: playButton
+
+            focusPolicy: Qt.NoFocus
             icon.name: "play"
             objectName: "playButton" + row.index
             prominent: true
             text: qsTr("Play")
             visible: row.canPlay
-            onActiveFocusChanged: if (activeFocus)
-                row.reached()
             onClicked: row.playPressed()
+
+            FocusRing {
+                radius: Theme.radiusM
+                shown: row.current >= 0 && !row.saves(row.current)
+            }
         }
         Button {
+            id: saveButton
+
+            focusPolicy: Qt.NoFocus
             icon.name: "downloads"
             objectName: "saveButton" + row.index
             text: qsTr("Save to Downloads")
-            onActiveFocusChanged: if (activeFocus)
-                row.reached()
             onClicked: row.savePressed()
+
+            FocusRing {
+                radius: Theme.radiusM
+                shown: row.saves(row.current)
+            }
         }
     }
 }

@@ -11,6 +11,7 @@ ListView {
 
     required property ItemModel item
     property bool untouched: true
+    readonly property RowWalker walker: (headerItem as ItemListHead)?.walker ?? null
 
     boundsBehavior: Flickable.StopAtBounds
     cacheBuffer: Theme.rowHeight * 4
@@ -20,41 +21,45 @@ ListView {
     objectName: "itemList"
     reuseItems: true
     section.property: "group"
-    Accessible.name: qsTr("Files")
-    Accessible.role: Accessible.List
 
     // A head that grows would push its own top out of sight.
     onContentHeightChanged: if (untouched)
         positionViewAtBeginning()
     onMovementStarted: untouched = false
 
-    T.ScrollBar.vertical: ScrollBar {}
+    T.ScrollBar.vertical: ScrollBar {
+        onPressedChanged: list.untouched = false
+    }
 
     Connections {
         function onShownChanged() {
             list.untouched = true;
+            if (list.walker)
+                list.walker.index = 0;
         }
 
         target: list.item
     }
+    FocusFollow {
+        view: list
+        onFollowed: list.untouched = list.untouched && list.atYBeginning
+    }
 
     // qmllint disable unqualified
     delegate: ItemFileRow {
+        current: list.walker?.activeFocus && list.walker.index === index ? list.walker.columnIn(columns) : -1
         width: ListView.view?.width ?? 0
         onPlayPressed: list.item.play(index)
-        onReached: {
-            list.untouched = false;
-            list.positionViewAtIndex(index, ListView.Contain);
-        }
         onSavePressed: list.item.save(index)
     }
     footer: ItemFooter {
         model: list.item
         width: list.width
     }
-    header: ItemHeader {
+    header: ItemListHead {
         model: list.item
-        width: list.width
+        view: list
+        onWalked: list.untouched = false
     }
     section.delegate: Label {
         required property string section

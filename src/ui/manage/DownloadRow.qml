@@ -75,19 +75,15 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         spacing: Theme.spaceXS
 
+        // One for both, so that it keeps the focus when it is pressed.
         IconButton {
-            icon.name: "pause"
-            objectName: "pauseButton"
-            text: qsTr("Pause")
-            visible: row.phase === "downloading"
-            onClicked: row.paused()
-        }
-        IconButton {
-            icon.name: "play"
-            objectName: "resumeButton"
-            text: qsTr("Resume")
-            visible: row.phase === "paused"
-            onClicked: row.resumed()
+            readonly property bool pauses: row.phase === "downloading"
+
+            icon.name: pauses ? "pause" : "play"
+            objectName: pauses ? "pauseButton" : "resumeButton"
+            text: pauses ? qsTr("Pause") : qsTr("Resume")
+            visible: pauses || row.phase === "paused"
+            onClicked: pauses ? row.paused() : row.resumed()
         }
         Button {
             icon.name: "play"

@@ -2,6 +2,7 @@
 // came and went, so that an editor in another row keeps its text and the focus.
 #pragma once
 #include <QAbstractListModel>
+#include <QHash>
 #include <QMetaProperty>
 #include <algorithm>
 #include <vector>
@@ -9,7 +10,8 @@
 namespace vellum::ui {
 
 // Main thread. A Row is a gadget with a comparable `id`, and comparable itself; its properties are
-// the roles. Equal ids are told apart by their order.
+// the roles. Equal ids are told apart by their order. A change costs as much as there are rows, and
+// as much again for each that moves.
 template <class Row>
 class KeyedRows final : public QAbstractListModel {
 public:
@@ -19,15 +21,21 @@ public:
   const Rows& rows() const { return m_rows; }
 
   void setRows(const Rows& wanted) {
-    for (std::size_t i = m_rows.size(); i-- > 0;)
-      if (!has(wanted, m_rows[i])) drop(i, i);
+    dropAllBut(wanted);
+    Ids later = idsOf(m_rows); // of the rows that are not in place yet
     for (std::size_t i = 0; i < wanted.size(); ++i) {
-      settle(i, wanted[i]);
+      if (const std::size_t end = endOfNew(wanted, i, later); end > i) {
+        insert(i, wanted, end);
+        i = end - 1;
+        continue;
+      }
+      --later[wanted[i].id];
+      fetch(i, wanted[i]);
       if (m_rows[i] == wanted[i]) continue;
       m_rows[i] = wanted[i];
       Q_EMIT dataChanged(index(int(i)), index(int(i)));
     }
-    if (m_rows.size() > wanted.size()) drop(wanted.size(), m_rows.size() - 1);
+    if (m_rows.size() > wanted.size()) drop(wanted.size(), m_rows.size());
   }
 
   int rowCount(const QModelIndex& parent = {}) const override {
@@ -49,30 +57,49 @@ public:
   }
 
 private:
-  static bool has(const Rows& rows, const Row& row) {
-    return std::any_of(rows.begin(), rows.end(), [&](const Row& one) { return one.id == row.id; });
+  using Ids = QHash<decltype(Row::id), int>; // with how often each is there
+  using Place = std::ptrdiff_t;
+
+  static Ids idsOf(const Rows& rows) {
+    Ids ids;
+    for (const Row& row : rows) ++ids[row.id];
+    return ids;
   }
-  void drop(std::size_t first, std::size_t last) {
-    beginRemoveRows({}, int(first), int(last));
-    m_rows.erase(m_rows.begin() + std::ptrdiff_t(first), m_rows.begin() + std::ptrdiff_t(last) + 1);
+  // Of those at and after `from`, the first that is there already.
+  static std::size_t endOfNew(const Rows& wanted, std::size_t from, const Ids& there) {
+    while (from < wanted.size() && there.value(wanted[from].id) == 0) ++from;
+    return from;
+  }
+  void dropAllBut(const Rows& wanted) {
+    const Ids ids = idsOf(wanted);
+    for (std::size_t end = m_rows.size(); end > 0;) {
+      std::size_t first = end;
+      while (first > 0 && !ids.contains(m_rows[first - 1].id)) --first;
+      if (first < end) drop(first, end);
+      end = first == 0 ? 0 : first - 1;
+    }
+  }
+  void drop(std::size_t first, std::size_t end) {
+    beginRemoveRows({}, int(first), int(end) - 1);
+    m_rows.erase(m_rows.begin() + Place(first), m_rows.begin() + Place(end));
     endRemoveRows();
   }
-  // Brings a row with the wanted one's id to `at`; before it, everything is in place already.
-  void settle(std::size_t at, const Row& wanted) {
+  // Those from `at` to `end`, to where they are wanted.
+  void insert(std::size_t at, const Rows& wanted, std::size_t end) {
+    beginInsertRows({}, int(at), int(end) - 1);
+    m_rows.insert(m_rows.begin() + Place(at), wanted.begin() + Place(at),
+                  wanted.begin() + Place(end));
+    endInsertRows();
+  }
+  // Brings the row with the wanted one's id to `at`; before it, everything is in place already.
+  void fetch(std::size_t at, const Row& wanted) {
     std::size_t from = at;
-    while (from < m_rows.size() && !(m_rows[from].id == wanted.id)) ++from;
-    if (from == at && at < m_rows.size()) return;
-    const auto place = m_rows.begin() + std::ptrdiff_t(at);
-    if (from == m_rows.size()) {
-      beginInsertRows({}, int(at), int(at));
-      m_rows.insert(place, wanted);
-      endInsertRows();
-    } else {
-      beginMoveRows({}, int(from), int(from), {}, int(at));
-      std::rotate(place, m_rows.begin() + std::ptrdiff_t(from),
-                  m_rows.begin() + std::ptrdiff_t(from) + 1);
-      endMoveRows();
-    }
+    while (!(m_rows[from].id == wanted.id)) ++from;
+    if (from == at) return;
+    const auto row = m_rows.begin() + Place(from);
+    beginMoveRows({}, int(from), int(from), {}, int(at));
+    std::rotate(m_rows.begin() + Place(at), row, row + 1);
+    endMoveRows();
   }
 
   Rows m_rows;

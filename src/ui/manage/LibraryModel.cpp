@@ -5,33 +5,41 @@
 
 namespace vellum::ui {
 
+namespace {
+
+LibraryRowItem rowOf(const SavedFile& file) {
+  return {.id = file.url.toString(),
+          .group = QStringLiteral("saved"),
+          .title = oneLine(file.url.fileName(QUrl::FullyDecoded)),
+          .detail = formatByteCount(file.size)};
+}
+
+LibraryRowItem rowOf(const HistoryEntry& entry) {
+  const double watched = entry.duration > 0 ? entry.position / entry.duration : 0;
+  return {.id = entry.key,
+          .group = QStringLiteral("history"),
+          .title = oneLine(entry.title),
+          .detail =
+              LibraryModel::tr("%1 / %2").arg(Fmt::time(entry.position), Fmt::time(entry.duration)),
+          .progress = std::clamp(watched, 0.0, 1.0),
+          .resumes = entry.position > 0};
+}
+
+} // namespace
+
 LibraryModel::LibraryModel(LibraryStore& library, DownloadManager& downloads,
                            PlayEntryPoints& entries)
     : m_library(library), m_downloads(downloads), m_entries(entries) {
-  connect(&library, &LibraryStore::historyChanged, this, &LibraryModel::updateHistory);
-  connect(&downloads, &DownloadManager::savedChanged, this, &LibraryModel::updateSaved);
-  updateSaved();
-  updateHistory();
+  connect(&library, &LibraryStore::historyChanged, this, &LibraryModel::update);
+  connect(&downloads, &DownloadManager::savedChanged, this, &LibraryModel::update);
+  update();
 }
 
-void LibraryModel::updateSaved() {
-  std::vector<SavedRowItem> rows;
-  for (const SavedFile& file : m_downloads.saved())
-    rows.push_back(
-        {file.url.toString(), file.url.fileName(QUrl::FullyDecoded), formatByteCount(file.size)});
-  m_saved.setRows(rows);
-  Q_EMIT changed();
-}
-
-void LibraryModel::updateHistory() {
-  std::vector<HistoryRowItem> rows;
-  for (const HistoryEntry& entry : m_library.history()) {
-    const double watched = entry.duration > 0 ? entry.position / entry.duration : 0;
-    rows.push_back({entry.key, entry.title,
-                    tr("%1 / %2").arg(Fmt::time(entry.position), Fmt::time(entry.duration)),
-                    std::clamp(watched, 0.0, 1.0), entry.position > 0});
-  }
-  m_history.setRows(rows);
+void LibraryModel::update() {
+  std::vector<LibraryRowItem> rows;
+  for (const SavedFile& file : m_downloads.saved()) rows.push_back(rowOf(file));
+  for (const HistoryEntry& entry : m_library.history()) rows.push_back(rowOf(entry));
+  m_rows.setRows(rows);
   Q_EMIT changed();
 }
 

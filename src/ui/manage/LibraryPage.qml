@@ -18,73 +18,88 @@ ManagePage {
     onActed: question.open()
     Component.onCompleted: model.open()
 
-    // The history may be long: only what is in sight is made. It stands a margin wider than its
-    // column, for the rings around what has the focus.
+    // Both may be long: only what is in sight is made. It stands a margin wider than its column, for
+    // the rings around what has the focus.
     ListView {
         id: list
 
-        // What stands over the rows grows upwards when the saved files have been read.
-        property bool atTop: true
+        property bool untouched: true
+        readonly property RowWalker walker: headerItem?.walker ?? null
 
         anchors.fill: parent
         anchors.leftMargin: -Theme.spaceM
         anchors.rightMargin: -Theme.spaceM
         boundsBehavior: Flickable.StopAtBounds
         clip: true
-        model: page.model.history
-        objectName: "historyList"
-        onContentYChanged: atTop = contentY <= originY + Theme.spaceS
+        currentIndex: -1
+        model: page.model.rows
+        objectName: "libraryList"
+        reuseItems: true
+        section.property: "group"
 
-        T.ScrollBar.vertical: ScrollBar {}
+        // What has been read later stands above.
+        onContentHeightChanged: if (untouched)
+            positionViewAtBeginning()
+        onMovementStarted: untouched = false
+
+        T.ScrollBar.vertical: ScrollBar {
+            onPressedChanged: list.untouched = false
+        }
 
         // qmllint disable unqualified
-        delegate: HistoryRow {
+        delegate: LibraryRow {
             required property int index
 
-            first: index === 0
-            width: ListView.view.width
+            current: list.walker?.activeFocus && list.walker.index === index ? list.walker.columnIn(columns) : -1
+            first: ListView.previousSection !== group
+            width: ListView.view?.width ?? 0
+            onPlayed: saved ? page.model.playSaved(key) : page.model.resume(key)
             onRemoved: page.model.remove(key)
-            onResumed: page.model.resume(key)
         }
-        footer: Item {
-            height: Theme.spaceXL
+        footer: LibraryGap {
+            filled: page.model.hasHistory
+            icon: "history"
+            name: "noHistory"
+            text: qsTr("Nothing watched yet.")
+            title: qsTr("History")
             width: list.width
         }
-        header: Item {
-            height: sections.implicitHeight + Theme.spaceS
+        header: LibraryGap {
+            readonly property RowWalker walker: rows
+
+            filled: page.model.hasSaved
+            icon: "film"
+            name: "nothingSaved"
+            text: qsTr("Nothing saved yet. Download a file from an Vidarium item to keep it here.")
+            title: qsTr("Saved on this Mac")
             width: list.width
-            onHeightChanged: if (list.atTop)
-                Qt.callLater(list.positionViewAtBeginning)
 
-            Column {
-                id: sections
+            RowWalker {
+                id: rows
 
-                spacing: Theme.spaceXL
-                width: parent.width - 2 * Theme.spaceM
-                x: Theme.spaceM
-
-                SavedSection {
-                    model: page.model
-                }
-                FormSection {
-                    title: qsTr("History")
-
-                    EmptyState {
-                        height: implicitHeight + 2 * Theme.spaceXXL
-                        icon: "history"
-                        objectName: "noHistory"
-                        text: qsTr("Nothing watched yet.")
-                        visible: !page.model.hasHistory
-                        width: parent.width
-                    }
-                }
+                name: page.title
+                objectName: "libraryRows"
+                view: list
+                onWalked: list.untouched = false
             }
         }
+        section.delegate: Label {
+            required property string section
+
+            bottomPadding: Theme.spaceS
+            font.pixelSize: Theme.fontHeading
+            font.weight: Font.Medium
+            leftPadding: Theme.spaceM
+            text: section === "saved" ? qsTr("Saved on this Mac") : qsTr("History")
+            // The first heading stands where a heading would if nothing was saved.
+            topPadding: section === "history" ? Theme.spaceXL : 0
+            width: list.width
+        }
+        // qmllint enable unqualified
     }
     FocusFollow {
         view: list
     }
-    // qmllint enable unqualified
     ClearHistoryAlert {
         id: question
 

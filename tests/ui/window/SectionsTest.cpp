@@ -35,6 +35,15 @@ struct SectionsTest : WindowTest {
   QStringList downloads() const {
     return QDir(app.settings.downloadsPath()).entryList(QDir::Files | QDir::Hidden);
   }
+  bool isInSight(const char* part, const char* list) {
+    see.settle();
+    const auto place = [&](const char* name) {
+      QQuickItem* item = see.item(text(name));
+      return item->mapRectToScene(item->boundingRect());
+    };
+    return see.shows(text(part)) && place(list).contains(place(part));
+  }
+  int row(const char* walker) { return see.property(text(walker), "index").toInt(); }
   using Kind = DownloadTask::State::Kind;
 };
 
@@ -51,12 +60,14 @@ TEST_F(SectionsTest, AFilmOfTheCatalogIsPlayedSavedAndPlayedAgain) {
   ASSERT_TRUE(see.comes(text("downloadsPage")));
   ASSERT_TRUE(until([&] { return app.downloads.tasks().front().received > 300'000; }));
   see.settle();
-  see.click(text("pauseButton"));
+  see.focus(text("pauseButton"));
+  see.press(Qt::Key_Return);
   ASSERT_TRUE(until([&] { return state() == Kind::Paused; }));
   const qint64 received = app.downloads.tasks().front().received;
   EXPECT_EQ(downloads().filter(text(".mp4")).size(), 0) << "no part of a film has its name";
   see.settle();
-  see.click(text("resumeButton"));
+  EXPECT_EQ(see.focused(), text("resumeButton")) << "one button does both";
+  see.press(Qt::Key_Return);
   ASSERT_TRUE(until([&] { return state() == Kind::Finished; }));
   EXPECT_GT(app.downloads.tasks().front().received, received);
   EXPECT_EQ(downloads(), QStringList(text("Vellum.Test.Film.480p.mp4")));
@@ -143,6 +154,65 @@ TEST_F(SectionsTest, TheCacheMovesToAnotherFolderAndIsCleared) {
   EXPECT_TRUE(until([&] { return !old.exists(); }));
   world.restart();
   EXPECT_EQ(world.state().app.settings.cachePath(), folder);
+}
+
+// More than are in sight, and so more than there are items for.
+TEST_F(SectionsTest, EveryFileOfAnItemIsReachedByTheKeyboard) {
+  openDemoFilm();
+  auto& item = *world.screens().item();
+  ui::ItemContents contents = item.files()->contents();
+  contents.rows.resize(40, contents.rows.front());
+  contents.rows.back().isPlayable = false;
+  contents.torrent = contents.rows.front().file;
+  item.files()->setContents(contents);
+  Q_EMIT item.changed();
+  ASSERT_TRUE(see.tabTo(text("itemPageLink")));
+  see.press(Qt::Key_Tab);
+  for (int at = 0; at < 40; ++at) {
+    ASSERT_EQ(see.focused(), text("itemFiles"));
+    EXPECT_TRUE(isInSight(("saveButton" + std::to_string(at)).c_str(), "itemList")) << at;
+    EXPECT_EQ(row("itemFiles"), at);
+    if (at < 39) see.press(Qt::Key_Down);
+  }
+  see.press(Qt::Key_Tab);
+  EXPECT_EQ(see.focused(), text("inspectTorrentButton"));
+  EXPECT_TRUE(isInSight("inspectTorrentButton", "itemList"));
+  see.press(Qt::Key_Backtab);
+  EXPECT_EQ(see.focused(), text("itemFiles"));
+  see.press(Qt::Key_Backtab);
+  EXPECT_EQ(see.focused(), text("itemPageLink"));
+  EXPECT_TRUE(isInSight("itemPageLink", "itemList"));
+  see.press(Qt::Key_Tab); // to the row that was left: it has the one button
+  EXPECT_TRUE(isInSight("saveButton39", "itemList"));
+  for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Home, Qt::Key_Right, Qt::Key_Return})
+    see.press(key);
+  EXPECT_TRUE(see.comes(text("downloadsPage"))) << "the second column saves";
+  EXPECT_EQ(app.downloads.tasks().size(), 1U);
+}
+
+TEST_F(SectionsTest, TheLibraryIsWalkedByTheKeyboardAndKeepsItsPlace) {
+  for (int i = 0; i < 100; ++i) {
+    HistoryEntry entry;
+    entry.key = entry.title = QString::number(i);
+    app.library.record(entry);
+    QFile film(app.settings.downloadsPath() + u'/' + entry.key + text(".mp4"));
+    ASSERT_TRUE(QDir().mkpath(app.settings.downloadsPath()) && film.open(QIODevice::WriteOnly));
+  }
+  open("library", "libraryPage");
+  ASSERT_TRUE(until([&] { return see.property(text("libraryList"), "count") == 200; }));
+  EXPECT_TRUE(see.property(text("libraryList"), "atYBeginning").toBool());
+  ASSERT_TRUE(see.tabTo(text("libraryRows")));
+  EXPECT_EQ(row("libraryRows"), 0);
+  see.press(Qt::Key_End);
+  EXPECT_TRUE(isInSight("libraryRows", "libraryList")); // it stands where the row is
+  for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Right, Qt::Key_Return, Qt::Key_Return})
+    see.press(key); // removes that row, and the one that takes its place
+  EXPECT_EQ(app.library.history().size(), 98U);
+  EXPECT_FALSE(app.library.entry(text("0")) || app.library.entry(text("1")));
+  EXPECT_EQ(see.focused(), text("libraryRows"));
+  EXPECT_EQ(row("libraryRows"), 197);
+  see.press(Qt::Key_Backtab);
+  EXPECT_EQ(see.focused(), text("pageAction"));
 }
 
 // Every section can be reached, and everything in it that can be pressed has a name and can be

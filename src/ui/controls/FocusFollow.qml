@@ -6,6 +6,8 @@ Item {
     required property Flickable view
     readonly property Item focused: Window.activeFocusItem
 
+    signal followed
+
     onFocusedChanged: {
         let inside = focused;
         while (inside && inside !== view.contentItem)
@@ -15,5 +17,6 @@ Item {
         const top = focused.mapToItem(view.contentItem, 0, 0).y - Theme.spaceM;
         const bottom = top + focused.height + 2 * Theme.spaceM;
         view.contentY = Math.max(view.originY, Math.min(Math.max(view.contentY, bottom - view.height), top));
+        followed();
     }
 }
