@@ -61,12 +61,12 @@ ListView {
         view: list
         onWalked: list.untouched = false
     }
+    // A heading that is used again is told its new `section` only so, and not as a required property.
     section.delegate: Label {
-        required property string section
-
         font.pixelSize: Theme.fontHeading
         font.weight: Font.Medium
         height: section === "" ? 0 : Theme.rowHeight
+        objectName: "groupHeading"
         text: section
         visible: section !== ""
         width: list.width

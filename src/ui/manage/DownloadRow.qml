@@ -84,8 +84,13 @@ Item {
             text: pauses ? qsTr("Pause") : qsTr("Resume")
             visible: pauses || row.phase === "paused"
             onClicked: pauses ? row.paused() : row.resumed()
+            // What is hidden would still be pressed by Return.
+            onVisibleChanged: if (!visible && activeFocus)
+                (row.phase === "finished" ? playButton : cancelButton).forceActiveFocus(focusReason)
         }
         Button {
+            id: playButton
+
             icon.name: "play"
             objectName: "playButton"
             text: qsTr("Play")
@@ -93,6 +98,8 @@ Item {
             onClicked: row.played()
         }
         IconButton {
+            id: cancelButton
+
             color: Theme.textMuted
             icon.name: "close"
             objectName: "cancelButton"

@@ -83,13 +83,13 @@ ManagePage {
                 onWalked: list.untouched = false
             }
         }
+        // A heading that is used again is told its new `section` only so, not as a required property.
         section.delegate: Label {
-            required property string section
-
             bottomPadding: Theme.spaceS
             font.pixelSize: Theme.fontHeading
             font.weight: Font.Medium
             leftPadding: Theme.spaceM
+            objectName: "groupHeading"
             text: section === "saved" ? qsTr("Saved on this Mac") : qsTr("History")
             // The first heading stands where a heading would if nothing was saved.
             topPadding: section === "history" ? Theme.spaceXL : 0
