@@ -21,7 +21,8 @@ QString phaseOf(Kind kind) {
 QString detailOf(const DownloadTask& task) {
   switch (task.state.kind) {
   case Kind::Failed: return DownloadsModel::tr("Failed: %1").arg(oneLine(task.state.reason));
-  case Kind::Finished: return DownloadsModel::tr("Saved to %1").arg(printable(task.dest.toLocalFile()));
+  case Kind::Finished:
+    return DownloadsModel::tr("Saved to %1").arg(printable(task.dest.toLocalFile()));
   default: break;
   }
   // A total that is unknown is a dash.
@@ -69,8 +70,8 @@ bool DownloadsModel::hasFinished() const {
 void DownloadsModel::updateTasks() {
   std::vector<DownloadRowItem> rows;
   for (const DownloadTask& task : m_services.downloads.tasks())
-    rows.push_back({task.id.toString(), oneLine(task.title), phaseOf(task.state.kind), detailOf(task),
-                    progressOf(task)});
+    rows.push_back({task.id.toString(), oneLine(task.title), phaseOf(task.state.kind),
+                    detailOf(task), progressOf(task)});
   m_tasks.setRows(rows);
   Q_EMIT changed();
 }
@@ -109,10 +110,10 @@ void DownloadsModel::play(const QString& key) {
 }
 
 void DownloadsModel::stopTorrent(const QString& key) {
-  // What ends on the way updates the rows, and so may take the caller's text with it.
-  const QString held = key;
-  const bool streams = isStreaming(held);
-  m_services.engine.stop(held);
+  const bool streams = isStreaming(key);
+  // By value in effect: what ends on the way updates the rows, and may take the caller's text with
+  // it.
+  m_services.engine.stop(QString(key));
   if (streams) m_services.playback.cancel();
 }
 
