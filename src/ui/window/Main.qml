@@ -8,7 +8,7 @@ import Vellum.Torrents
 import Vellum.Window
 
 // The window: sidebar, section and mini player, or the player over all of it; and what stands above
-// both, sheets and alerts.
+// both, sheets and alerts. (Not bound: the Loader of Qt 6.4 refuses components that are.)
 Window {
     id: window
 
@@ -70,10 +70,12 @@ Window {
             anchors.right: parent.right
             height: active ? implicitHeight : 0
 
+            // qmllint disable unqualified
             sourceComponent: MiniPlayer {
                 model: window.screens.player
                 onExpandWanted: window.model.expandPlayer()
             }
+            // qmllint enable unqualified
         }
     }
     Loader {
@@ -81,6 +83,7 @@ Window {
         anchors.fill: parent
         focus: active
 
+        // qmllint disable unqualified
         sourceComponent: PlayerScreen {
             focus: true
             model: window.screens.player
@@ -88,6 +91,7 @@ Window {
             onMenuWanted: playbackMenu.popupHere()
             onSubtitleFileWanted: subtitleFiles.choose()
         }
+        // qmllint enable unqualified
     }
     DropArea {
         anchors.fill: parent
