@@ -93,12 +93,13 @@ void CatalogState::loadCollection(const Collection& collection) {
   m_collection = collection;
   m_discoverLoading = true;
   Q_EMIT discoverChanged();
-  request({.text = {}, .extra = collection.query, .rows = kResultRows}, [this, collection](Answer answer) {
-    if (m_collection != collection) return;
-    m_discoverResults = std::move(answer.items).value_or(MediaItems());
-    m_discoverLoading = false;
-    Q_EMIT discoverChanged();
-  });
+  request({.text = {}, .extra = collection.query, .rows = kResultRows},
+          [this, collection](Answer answer) {
+            if (m_collection != collection) return;
+            m_discoverResults = std::move(answer.items).value_or(MediaItems());
+            m_discoverLoading = false;
+            Q_EMIT discoverChanged();
+          });
 }
 
 QStringList CatalogState::suggestions() const {

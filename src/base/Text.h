@@ -17,7 +17,8 @@ QString printable(QString text);
 // At most 500 characters, with an ellipsis where it was cut: a stranger's sentence.
 QString shortened(const QString& text, qsizetype longest = 500);
 
-// A name or a sentence from outside for one line of the screen: bounded, its blanks folded, printable.
+// A name or a sentence from outside for one line of the screen: bounded, its blanks folded,
+// printable.
 QString oneLine(const QString& text);
 
 // Decimal digits with an optional sign, and nothing else; absent if they do not fit 64 bits.

@@ -53,8 +53,9 @@ QVariantList ProviderRowModel::results() const {
   QVariantList list;
   for (const MirrorHealth& line : m_results) {
     const char* state = !line.reachable ? "failed" : line.formatOK ? "ok" : "doubtful";
-    const QString detail =
-        line.millis ? tr("%1 · %2 ms").arg(line.detail, QString::number(*line.millis)) : line.detail;
+    const QString detail = line.millis
+                               ? tr("%1 · %2 ms").arg(line.detail, QString::number(*line.millis))
+                               : line.detail;
     list.append(QVariantMap{{QStringLiteral("state"), QLatin1String(state)},
                             {QStringLiteral("url"), line.url},
                             {QStringLiteral("detail"), detail}});
