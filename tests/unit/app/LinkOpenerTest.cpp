@@ -65,13 +65,15 @@ TEST_F(LinkOpenerTest, WhatTheSystemHandsOverIsInspectedOrDropped) {
   EXPECT_EQ(outcome(), QStringLiteral("That doesn't look like a valid magnet link."));
 
   const QString good = path("Movie.TORRENT", torrent);
-  for (const QString& link : {good, QUrl::fromLocalFile(good).toString(),
-                              QStringLiteral("https://host/download/7.torrent?a=b")}) {
+  for (const QString& link : {good, QUrl::fromLocalFile(good).toString()}) {
     opener.open(link);
     EXPECT_EQ(outcome(), QStringLiteral("film.mkv"));
     EXPECT_EQ(last->videos, 1);
     EXPECT_EQ(last->fileUrl, QUrl::fromLocalFile(good));
   }
+  opener.open(QStringLiteral("https://h/web.torrent?a=b"));
+  EXPECT_EQ(outcome(), QStringLiteral("film.mkv"));
+  EXPECT_EQ(last->fileUrl, QUrl::fromLocalFile(torrentDir() + QStringLiteral("/web.torrent")));
   opener.open(path("noise.torrent", "noise"));
   EXPECT_EQ(outcome(), kBad);
   opener.open(folder.filePath(QStringLiteral("missing.torrent")));
