@@ -27,6 +27,19 @@ Window {
     height: Theme.windowHeight
     minimumHeight: Theme.windowLowest
     minimumWidth: Theme.windowNarrowest
+    // For the file panels, where the desktop has none of its own.
+    palette {
+        base: Theme.background
+        button: Theme.raised
+        buttonText: Theme.text
+        highlight: Theme.accent
+        highlightedText: Theme.accentInk
+        light: Theme.raised
+        mid: Theme.raised
+        text: Theme.text
+        window: Theme.panel
+        windowText: Theme.text
+    }
     title: model.title
     visible: true
     width: Theme.windowWidth
