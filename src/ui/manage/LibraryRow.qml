@@ -46,9 +46,19 @@ Item {
         anchors.rightMargin: Theme.spaceM
         visible: !row.first
     }
-    Column {
+    Icon {
+        id: drawing
+
         anchors.left: parent.left
         anchors.leftMargin: Theme.spaceM + Theme.spaceL
+        anchors.verticalCenter: parent.verticalCenter
+        color: Theme.textMuted
+        name: "film"
+        visible: row.saved
+    }
+    Column {
+        anchors.left: row.saved ? drawing.right : parent.left
+        anchors.leftMargin: row.saved ? Theme.spaceM : Theme.spaceM + Theme.spaceL
         anchors.right: bar.left
         anchors.rightMargin: Theme.spaceL
         anchors.verticalCenter: parent.verticalCenter
