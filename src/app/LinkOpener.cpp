@@ -2,6 +2,7 @@
 #include "base/Bytes.h"
 #include "base/DescribedError.h"
 #include "base/ReplaceFile.h"
+#include "desktop/LaunchArguments.h"
 #include "streaming/VideoFileSelector.h"
 #include <QCoreApplication>
 #include <QFile>
@@ -18,12 +19,6 @@ bool isMagnet(const QString& link) { return link.startsWith(QLatin1String("magne
 
 QString localPath(const QString& link) {
   return link.startsWith(QLatin1String("file:")) ? QUrl(link).toLocalFile() : link;
-}
-
-bool isWebTorrent(const QString& link) {
-  const QUrl url(link);
-  return (url.scheme() == u"http" || url.scheme() == u"https") &&
-         QFileInfo(url.path()).suffix().toLower() == u"torrent";
 }
 
 } // namespace

@@ -18,7 +18,6 @@ public:
 
   // Saves where the viewer is, lets go of what plays, and shows no player.
   void stop();
-  void setMuted(bool muted) { playback.player.setMuted(muted); }
   void skip(double seconds); // forward, or back when negative
 
   AppState& app;

@@ -5,15 +5,11 @@
 
 namespace vellum {
 
-namespace {
-
-bool isWebTorrent(const QString& argument) {
-  const QUrl url(argument);
+bool isWebTorrent(const QString& link) {
+  const QUrl url(link);
   return (url.scheme() == u"http" || url.scheme() == u"https") &&
          QFileInfo(url.path()).suffix().toLower() == u"torrent";
 }
-
-} // namespace
 
 QStringList openableLinks(const QStringList& arguments, const QString& workingFolder) {
   QStringList out;

@@ -9,4 +9,7 @@ namespace vellum {
 // they mean the same in another process. Everything else is left out, options too.
 QStringList openableLinks(const QStringList& arguments, const QString& workingFolder);
 
+// Whether that is the web address of a .torrent file.
+bool isWebTorrent(const QString& link);
+
 } // namespace vellum

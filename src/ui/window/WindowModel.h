@@ -42,7 +42,7 @@ public:
   Q_INVOKABLE void toggle() { m_window.playback.player.toggle(); }
   Q_INVOKABLE void skip(double seconds) { m_window.skip(seconds); }
   Q_INVOKABLE void changeVolume(float by) { m_window.playback.player.adjustVolume(by); }
-  Q_INVOKABLE void toggleMuted() { m_window.setMuted(!isMuted()); }
+  Q_INVOKABLE void toggleMuted() { m_window.playback.player.setMuted(!isMuted()); }
   Q_INVOKABLE void stop() { m_window.stop(); }
 
   // A .torrent file that the user has picked or dropped; it comes into the inspector.
