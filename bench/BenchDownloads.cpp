@@ -1,15 +1,14 @@
 // A large file from a server on loopback into a folder: how fast it comes, and what that costs the
 // main thread.
+#include "WatchedApplication.h"
 #include "net/HttpFileTransfers.h"
 #include "storage/DownloadManager.h"
 #include "support/ScriptedServer.h"
 #include <QCoreApplication>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QThread>
 #include <array>
 #include <benchmark/benchmark.h>
-#include <ctime>
 
 namespace vellum::test {
 namespace {
@@ -19,36 +18,11 @@ using Kind = DownloadTask::State::Kind;
 constexpr std::int64_t kFile = 1024 * kMiB;
 constexpr std::int64_t kBlock = 4 * kMiB;
 
-double threadSeconds() {
-  timespec time{};
-  ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-}
-
-// The main loop, with the longest time that it worked at once. Processor time, since on a busy
-// machine the wall clock tells of others.
-class WatchedApplication final : public QCoreApplication {
-public:
-  using QCoreApplication::QCoreApplication;
-  bool notify(QObject* receiver, QEvent* event) override {
-    const double before = threadSeconds();
-    const bool isHandled = QCoreApplication::notify(receiver, event);
-    // Qt asks it for the objects of every thread.
-    if (QThread::currentThread() == thread())
-      m_longest = std::max(m_longest, threadSeconds() - before);
-    return isHandled;
-  }
-  double longestMilliseconds() const { return m_longest * 1000; }
-
-private:
-  double m_longest = 0;
-};
-
 void oneLargeFile(benchmark::State& state) {
   int argc = 1;
   std::array<char, 6> name{"bench"};
   std::array<char*, 2> argv{name.data(), nullptr};
-  WatchedApplication app(argc, argv.data());
+  WatchedApplication<QCoreApplication> app(argc, argv.data());
   const QTemporaryDir folder(QStringLiteral("downloads-XXXXXX"));
   ScriptedServer server([block = QByteArray(kBlock, 'x')](const QByteArray&) {
     return ScriptedServer::Answer{
@@ -78,7 +52,7 @@ void oneLargeFile(benchmark::State& state) {
   }
   const auto rounds = static_cast<double>(state.iterations());
   state.SetBytesProcessed(state.iterations() * kFile);
-  state.counters["longest_ms_of_main"] = app.longestMilliseconds();
+  state.counters["longest_ms_of_main"] = std::ranges::max(app.takeSteps());
   state.counters["updates"] = updates / rounds;
 }
 BENCHMARK(oneLargeFile)->UseRealTime()->Unit(benchmark::kMillisecond);

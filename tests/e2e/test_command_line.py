@@ -2,6 +2,7 @@
 import contextlib
 import functools
 import http.server
+import json
 import os
 import pty
 import re
@@ -15,6 +16,7 @@ from collections.abc import Iterator
 from pathlib import Path
 
 from world.demo import DemoWorld
+from world.processes import wait_until
 from world.reading import read_all, sha1_of
 from world.testing import WorldTest, noise
 from world.vellum import Vellum, program
@@ -125,6 +127,22 @@ class Sources(WorldTest):
             for options in ([], ["--keep"]):
                 with self.subTest(what=what, number=number.name, options=options):
                     self.assert_ends(source, word, number, options)
+
+    def test_a_second_start_leaves_the_file_of_the_first_alone(self) -> None:
+        run_folder = self.folder / "run"
+        cache = run_folder / "home/Cache"
+        preferences = run_folder / "home/Preferences/VellumApp/preferences.json"
+        preferences.parent.mkdir(parents=True)
+        preferences.write_text(json.dumps({"cachePath": str(cache), "cacheLimitMB": 0}))
+        streams = cache / "Torrents/streams"
+        first = self.start(Vellum(run_folder, self.world.magnet, arriving=streams))
+        first.wait_for("DONE", 20)
+        left_behind = noise(streams / ("ab" * 20) / "payload.dat", 100_000)
+        second = self.start(Vellum(run_folder, self.world.magnet, name="second"))
+        wait_until("the cache is cleaned", 20, lambda: not left_behind.exists())
+        second.wait_for("DONE", 20)
+        self.assertEqual(read_all(first.url()).sha1, sha1_of(self.film))
+        self.assertTrue(first.payload(self.world.torrent.hash).exists())
 
     def assert_ends(self, source: str, word: str | None, number: signal.Signals,
                     options: list[str]) -> None:

@@ -21,6 +21,9 @@ Column {
         width: parent.width
     }
     Button {
+        // The list cuts off what lies beside it, and the ring of the focus with it.
+        anchors.left: parent.left
+        anchors.leftMargin: Theme.spaceXS
         icon.name: "torrents"
         objectName: "inspectTorrentButton"
         text: qsTr("Inspect Vidarium .torrent")

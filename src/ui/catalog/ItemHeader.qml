@@ -8,10 +8,11 @@ Column {
     id: header
 
     required property ItemModel model
+    readonly property int titleEnd: topPadding + title.height
 
     bottomPadding: Theme.spaceM
     spacing: Theme.spaceL
-    topPadding: Theme.spaceXL
+    topPadding: Theme.spaceXS
 
     Item {
         height: Math.max(poster.height, words.height)
@@ -37,12 +38,12 @@ Column {
             spacing: Theme.spaceM
 
             Label {
+                id: title
+
                 font.pixelSize: Theme.fontTitle
                 font.weight: Font.DemiBold
                 maximumLineCount: 3
                 objectName: "itemTitle"
-                // The close button stands at its side.
-                rightPadding: Theme.spaceXXL
                 text: header.model.title
                 width: parent.width
                 wrapMode: Text.Wrap

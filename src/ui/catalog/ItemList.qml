@@ -10,6 +10,7 @@ ListView {
     id: list
 
     required property ItemModel item
+    readonly property bool titlePassed: contentY > originY + ((headerItem as ItemListHead)?.titleEnd ?? 0)
     property bool untouched: true
     readonly property RowWalker walker: (headerItem as ItemListHead)?.walker ?? null
 

@@ -8,6 +8,7 @@ Item {
 
     required property ItemModel model
     required property ListView view
+    readonly property int titleEnd: known.titleEnd
     readonly property RowWalker walker: files
 
     signal walked

@@ -17,28 +17,15 @@ Sheet {
     implicitWidth: Theme.itemWidth
     objectName: "itemSheet"
     title: model.title
+    titleShown: list.titlePassed
     topPadding: 0
     visible: model.shown
     // Not when it has closed: what arrives while it fades is shown, and not thrown away.
     onAboutToHide: model.close()
 
     contentItem: ItemList {
-        item: sheet.model
-    }
-    header: Item {
-        z: 1
-        Accessible.name: sheet.title
-        Accessible.role: Accessible.Dialog
+        id: list
 
-        IconButton {
-            anchors.right: parent.right
-            anchors.rightMargin: Theme.spaceM
-            color: Theme.textMuted
-            icon.name: "close"
-            objectName: "closeItemButton"
-            text: qsTr("Close")
-            y: Theme.spaceM
-            onClicked: sheet.close()
-        }
+        item: sheet.model
     }
 }

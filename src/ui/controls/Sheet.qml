@@ -8,6 +8,7 @@ T.Dialog {
     id: sheet
 
     default property alias content: body.data
+    property bool titleShown: true // where the content does not tell it itself
 
     anchors.centerIn: T.Overlay.overlay
     focus: true
@@ -55,7 +56,16 @@ T.Dialog {
             anchors.verticalCenter: parent.verticalCenter
             font.pixelSize: Theme.fontHeading
             font.weight: Font.Medium
+            opacity: sheet.titleShown ? 1 : 0
             text: sheet.title
+            Accessible.ignored: true
+
+            Behavior on opacity {
+                NumberAnimation {
+                    duration: Theme.motion
+                    easing.type: Theme.easing
+                }
+            }
         }
         IconButton {
             id: close
@@ -65,6 +75,7 @@ T.Dialog {
             anchors.verticalCenter: parent.verticalCenter
             color: Theme.textMuted
             icon.name: "close"
+            objectName: "closeSheetButton"
             text: qsTr("Close")
             onClicked: sheet.close()
         }

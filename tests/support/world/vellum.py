@@ -16,9 +16,10 @@ class Vellum(Process):
     """vellum --stream SOURCE …, with all its folders below `folder`."""
 
     def __init__(self, folder: Path, source: str | Path, *options: str,
-                 trackers: str = "", name: str = "vellum") -> None:
+                 trackers: str = "", name: str = "vellum",
+                 arriving: Path | None = None) -> None:
         self.home = folder / "home"
-        self.dir = folder / "arriving"
+        self.dir = arriving or folder / "arriving"
         env = dict(os.environ, VELLUM_HOME=str(self.home), VELLUM_TRACKERS=trackers)
         super().__init__(folder, name, [program("vellum"), "--stream", source, "--dir", self.dir,
                                         *options], env)

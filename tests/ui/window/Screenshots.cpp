@@ -26,6 +26,7 @@ public:
   void failures();
   void catalog();
   void manage();
+  void settings();
 
 private:
   WindowState& state() { return m_world.state(); }
@@ -307,8 +308,38 @@ void Photographer::manage() {
   shoot("library-clear-history", 500);
   see().press(Qt::Key_Escape);
   QTest::qWait(300);
+  settings();
+}
+
+void Photographer::settings() {
   open("settings");
   shoot("settings", 600);
+  see().click(text("editButton"));
+  shoot("settings-edit", 600);
+  see().click(text("mirrorsEditor"));
+  for (const QString& mirror : {text("http://127.0.0.1:1"), m_world.indexer("webpage")}) {
+    see().type(mirror.toUtf8().constData());
+    see().press(Qt::Key_Return);
+  }
+  see().type("not an address");
+  shoot("settings-mirrors", 300);
+  see().click(text("testButton"));
+  shoot("settings-testing", 50);
+  wait([&] { return see().shows(text("result")); });
+  shoot("settings-tested", 600);
+  see().click(text("trashButton"));
+  shoot("settings-remove", 600);
+  see().press(Qt::Key_Escape);
+  QTest::qWait(300);
+  see().focus(text("addProviderButton"));
+  shoot("settings-lower", 600);
+  see().press(Qt::Key_Return);
+  shoot("settings-add-provider", 600);
+  see().press(Qt::Key_Escape);
+  QTest::qWait(300);
+  QQuickItem* scroll = see().item(text("settingsScroll"));
+  scroll->setProperty("contentY", scroll->property("contentHeight").toDouble() - scroll->height());
+  shoot("settings-end", 600);
 }
 
 } // namespace
