@@ -19,6 +19,13 @@ bool isFetchable(const QUrl& url) {
 
 } // namespace
 
+struct HttpClient::Ask {
+  QUrl url;
+  std::chrono::milliseconds timeout;
+  std::int64_t maxBytes = kLargestBody;
+  QByteArray range = {}; // empty for all of it
+};
+
 // The network stack and its cache. Main thread only.
 class HttpClient::Requests {
 public:
@@ -33,13 +40,13 @@ public:
   Requests(const Requests&) = delete;
   Requests& operator=(const Requests&) = delete;
 
-  QPointer<Download> start(const QUrl& url, std::chrono::milliseconds timeout,
-                           std::int64_t maxBytes, Download::Finished finished) {
-    QNetworkRequest request(url);
+  QPointer<Download> start(const Ask& ask, Download::Finished finished) {
+    QNetworkRequest request(ask.url);
+    if (!ask.range.isEmpty()) request.setRawHeader("Range", ask.range);
     request.setRawHeader("User-Agent", "VellumApp/1.0 (macOS)");
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::NoLessSafeRedirectPolicy);
-    return new Download(*manager().get(request), timeout, maxBytes, std::move(finished));
+    return new Download(*manager().get(request), ask.timeout, ask.maxBytes, std::move(finished));
   }
 
   void setCacheDirectory(const QString& directory) {
@@ -108,9 +115,8 @@ struct HttpClient::Waiting {
   QPointer<Download> download;
 };
 
-Flow<HttpResponse> HttpClient::request(MainLoop& main, std::weak_ptr<Requests> requests, QUrl url,
-                                       std::chrono::milliseconds timeout, std::int64_t maxBytes) {
-  if (!isFetchable(url)) throw NetError::badURL();
+Flow<HttpResponse> HttpClient::request(MainLoop& main, std::weak_ptr<Requests> requests, Ask ask) {
+  if (!isFetchable(ask.url)) throw NetError::badURL();
   auto initiate = [&](auto handler) {
     const auto slot = asio::get_associated_cancellation_slot(handler);
     const auto waiting = std::make_shared<Waiting<decltype(handler)>>(std::move(handler));
@@ -121,15 +127,14 @@ Flow<HttpResponse> HttpClient::request(MainLoop& main, std::weak_ptr<Requests> r
               if (const auto held = late.lock()) held->cancel();
             });
           });
-    main.post([waiting, requests, url, timeout, maxBytes] {
+    main.post([waiting, requests, ask] {
       const auto alive = requests.lock();
       if (!alive)
         waiting->complete(asio::error::operation_aborted, {});
       else if (waiting->handler) // else it was cancelled before it began
-        waiting->download =
-            alive->start(url, timeout, maxBytes, [waiting](Download::Outcome outcome) {
-              waiting->complete({}, std::move(outcome));
-            });
+        waiting->download = alive->start(ask, [waiting](Download::Outcome outcome) {
+          waiting->complete({}, std::move(outcome));
+        });
     });
   };
   Download::Outcome outcome =
@@ -143,7 +148,7 @@ Flow<HttpResponse> HttpClient::request(MainLoop& main, std::weak_ptr<Requests> r
 Flow<QByteArray> HttpClient::fetch(MainLoop& main, std::weak_ptr<Requests> requests, QUrl url,
                                    std::chrono::milliseconds timeout, std::int64_t maxBytes) {
   HttpResponse response =
-      co_await request(main, std::move(requests), std::move(url), timeout, maxBytes);
+      co_await request(main, std::move(requests), Ask{std::move(url), timeout, maxBytes});
   if (response.status < 200 || response.status > 299) throw NetError::http(response.status);
   co_return std::move(response.body);
 }
@@ -164,9 +169,9 @@ FetchData HttpClient::fetcher(std::int64_t maxBytes) {
   };
 }
 
-Transport HttpClient::transport(std::chrono::milliseconds timeout) {
-  return [&main = m_main, requests = std::weak_ptr(m_requests), timeout](QUrl url) {
-    return request(main, requests, std::move(url), timeout, kLargestBody);
+Transport HttpClient::transport(std::chrono::milliseconds timeout, const QByteArray& range) {
+  return [&main = m_main, requests = std::weak_ptr(m_requests), timeout, range](QUrl url) {
+    return request(main, requests, Ask{std::move(url), timeout, kLargestBody, range});
   };
 }
 

@@ -34,8 +34,9 @@ public:
   // The same, to be handed on; it may outlive the client.
   FetchData fetcher(std::int64_t maxBytes = kLargestBody);
   // Requests to providers: the answer whatever its status, of no more than kLargestBody. It may
-  // outlive the client.
-  Transport transport(std::chrono::milliseconds timeout = kTransportTimeout);
+  // outlive the client. `range` as in the header of that name: "bytes=0-99".
+  Transport transport(std::chrono::milliseconds timeout = kTransportTimeout,
+                      const QByteArray& range = {});
 
   // Main thread: where answers are kept from now on. Until the first call nowhere.
   void setCacheDirectory(const QString& directory);
@@ -45,10 +46,10 @@ public:
 
 private:
   class Requests;
+  struct Ask;
   template <class Handler>
   struct Waiting;
-  static Flow<HttpResponse> request(MainLoop& main, std::weak_ptr<Requests> requests, QUrl url,
-                                    std::chrono::milliseconds timeout, std::int64_t maxBytes);
+  static Flow<HttpResponse> request(MainLoop& main, std::weak_ptr<Requests> requests, Ask ask);
   static Flow<QByteArray> fetch(MainLoop& main, std::weak_ptr<Requests> requests, QUrl url,
                                 std::chrono::milliseconds timeout, std::int64_t maxBytes);
 

@@ -1,89 +1,43 @@
 #include "selftest/SelfTests.h"
-#include "selftest/CheckList.h"
-#include "streaming/StreamBuffer.h"
-#include "streaming/VideoFileSelector.h"
+#include "selftest/Sections.h"
+#include <QCoreApplication>
 
 namespace vellum {
 
 namespace {
 
-using Kind = VideoFileSelector::Outcome::Kind;
+using namespace selftest;
 
-std::vector<TorrentFileEntry> list(std::initializer_list<std::pair<const char*, std::int64_t>> of) {
-  std::vector<TorrentFileEntry> files;
-  for (const auto& [path, size] : of) files.push_back({QString::fromUtf8(path), size});
-  return files;
+// What nobody expected counts as a failure, and the next section begins.
+template <class Section>
+Flow<> run(CheckList& checks, Runtime& runtime, const char* name, Section section) {
+  try {
+    co_await section(checks, runtime);
+  } catch (const std::exception& error) {
+    checks.check(false, QString::fromLatin1(name), QString::fromUtf8(error.what()));
+  }
 }
 
-void fileSelector(CheckList& checks) {
-  const auto expect = [&](const char* name, const std::vector<TorrentFileEntry>& files, Kind kind,
-                          const std::vector<int>& indexes) {
-    const auto outcome = VideoFileSelector::select(files);
-    checks.check(outcome == VideoFileSelector::Outcome{kind, indexes}, QString::fromUtf8(name));
-  };
-  const auto movie = list({{"Movie/movie.mkv", 4194304000},
-                           {"Movie/Sample/sample.mkv", 41943040},
-                           {"Movie/movie.nfo", 1000},
-                           {"Movie/movie.srt", 90000}});
-  expect("Selector: skips sample, picks largest video", movie, Kind::Single, {0});
-  expect("Selector: excludes extras/trailer by name/path",
-         list({{"M/movie.mp4", 1048576000},
-               {"M/Extras/making-of.mp4", 629145600},
-               {"M/trailer.mp4", 734003200}}),
-         Kind::Single, {0});
-  expect("Selector: drops files under 10% of largest",
-         list({{"a.mkv", 1048576000}, {"b.mkv", 103809024}}), Kind::Single, {0});
-  expect("Selector: multi-episode picker, natural order",
-         list({{"S01E10.mkv", 524288000},
-               {"S01E2.mkv", 524288000},
-               {"S01E1.mkv", 503316480},
-               {"sample.mkv", 20971520}}),
-         Kind::Choose, {2, 1, 0});
-  expect("Selector: no playable video", list({{"a.iso", 5242880000}, {"b.txt", 5}}), Kind::None,
-         {});
-  expect("Selector: lone file named Sample still plays", list({{"Sample.mp4", 943718400}}),
-         Kind::Single, {0});
-  checks.check(VideoFileSelector::subtitles(movie) == std::vector{3},
-               QStringLiteral("Selector: subtitle files detected"));
-  const auto kinds = list({{"a.ass", 1}, {"b.SSA", 1}, {"c.sub", 1}, {"d.vtt", 1}, {"e.txt", 1}});
-  checks.check(VideoFileSelector::subtitles(kinds) == std::vector{0, 1, 2, 3},
-               QStringLiteral("Selector: all subtitle extensions"));
-}
-
-void streamBuffer(CheckList& checks) {
-  StreamBuffer buffer;
-  buffer.fileOffset = 5500000;
-  buffer.fileLength = 0x6400000;
-  buffer.pieceLength = 0x100000;
-  buffer.pieceCount = 120;
-  const PieceOrder expected{{5, 13}, {102, 105}, {14, 101}};
-  checks.check(buffer.priorityOrder() == expected,
-               QStringLiteral("StreamBuffer: window first, then tail pieces"));
-  const auto nothing = [](std::int64_t) { return false; };
-  checks.check(buffer.progress(nothing) < 1.0,
-               QStringLiteral("StreamBuffer: not ready when empty"));
-  const auto opening = [](std::int64_t piece) {
-    return (piece >= 5 && piece <= 13) || (piece >= 102 && piece <= 105);
-  };
-  checks.check(buffer.progress(opening) == 1.0,
-               QStringLiteral("StreamBuffer: ready once opening window + tail present"));
-  buffer.playhead = 0x3c00000;
-  checks.check(expand(buffer.priorityOrder()).front() == 65,
-               QStringLiteral("StreamBuffer: seek reprioritises around new position"));
-  checks.check(buffer.progress(opening) < 1.0,
-               QStringLiteral("StreamBuffer: seek target not yet buffered"));
-  checks.check(buffer.isTailProbe(buffer.fileLength - 1) &&
-                   !buffer.isTailProbe(buffer.fileLength - StreamBuffer::kTail - 1),
-               QStringLiteral("StreamBuffer: tail index probe doesn't move playhead"));
+Flow<> runAll(CheckList& checks, Runtime& runtime) {
+  urlValidation(checks);
+  classification(checks);
+  co_await run(checks, runtime, "failover", failover);
+  co_await run(checks, runtime, "providerDownOthersSucceed", providerDownOthersSucceed);
+  fileSelector(checks);
+  qualityFallback(checks);
+  streamBuffer(checks);
+  co_await run(checks, runtime, "engineEndToEnd", engineEndToEnd);
+  QCoreApplication::exit(checks.finish());
 }
 
 } // namespace
 
-int runSelfTests(Runtime&) {
+int runSelfTests(Runtime& runtime) {
   CheckList checks;
-  fileSelector(checks);
-  streamBuffer(checks);
-  return checks.finish();
+  FlowGroup flows(runtime.main.executor());
+  // From within the main loop: a loop that has not begun cannot be ended.
+  runtime.main.post([&] { flows.spawn(runAll(checks, runtime)); });
+  return QCoreApplication::exec();
 }
 
 } // namespace vellum

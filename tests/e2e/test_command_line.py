@@ -77,6 +77,22 @@ class Usage(WorldTest):
         self.assertRegex(version.stdout, r"\d+\.\d+\.\d+")
 
 
+    def test_the_program_checks_itself_and_leaves_nothing(self) -> None:
+        temporary = self.folder / "temporary"
+        temporary.mkdir()
+        env = {name: value for name, value in os.environ.items() if "DISPLAY" not in name}
+        env.update(VELLUM_HOME=str(self.folder / "home"), TMPDIR=str(temporary))
+        checked = subprocess.run([program("vellum"), "--stream", "x", "--selftest"], env=env,
+                                 capture_output=True, text=True, timeout=60, check=False)
+        *lines, last = checked.stdout.splitlines()
+        self.assertEqual((checked.returncode, last), (0, "ALL TESTS PASSED"), checked.stdout)
+        self.assertEqual([line for line in lines if not line.startswith("PASS  ")], [])
+        self.assertEqual(len(lines), len(set(lines)))
+        self.assertEqual(len(lines), 53)
+        self.assertEqual(list(temporary.iterdir()), [])
+        self.assertFalse((self.folder / "home").exists())
+
+
 class Sources(WorldTest):
     """Every kind of SOURCE, from seeders of one film."""
 
