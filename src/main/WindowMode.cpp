@@ -3,6 +3,7 @@
 #include "app/StopSignals.h"
 #include "desktop/LaunchArguments.h"
 #include "desktop/SingleInstance.h"
+#include "main/StartupPhases.h"
 #include "ui/controls/Look.h"
 #include "ui/window/MainWindow.h"
 #include <QDir>
@@ -53,9 +54,12 @@ int show(const QStringList& links, const QStringList& defaultTrackers, SingleIns
   const auto controls = MediaControls::make();
   StayAwake stayAwake;
   MediaSession session(state, *controls, stayAwake);
+  startup::reached("services");
   ui::MainWindow window(runtime, state);
   if (window.window() == nullptr)
     return complain(QGuiApplication::translate("Window", "The window could not be made."));
+  startup::reached("window");
+  startup::watch(*window.window());
 
   const OpenedBySystem opened(state.links);
   const auto open = [&](const QStringList& what) {
@@ -85,6 +89,7 @@ bool hasDisplay() {
 
 int runWindowMode(int argc, char** argv, const QStringList& links,
                   const QStringList& defaultTrackers) {
+  startup::reached("main");
   QGuiApplication application(argc, argv);
   QGuiApplication::setDesktopFileName(QStringLiteral("vellum"));
   const QStringList openable = openableLinks(links, QDir::currentPath());
@@ -96,8 +101,10 @@ int runWindowMode(int argc, char** argv, const QStringList& links,
     return complain(
         QGuiApplication::translate("Window", "Vellum is running already, but it does not answer."));
   }
+  startup::reached("desktop");
   chooseRenderer();
   prepareLook(application);
+  startup::reached("look");
   return show(openable, defaultTrackers, instance);
 }
 

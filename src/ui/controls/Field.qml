@@ -23,6 +23,10 @@ T.TextField {
     Accessible.name: placeholderText
     Accessible.role: Accessible.EditableText
 
+    cursorDelegate: TextCursor {
+        position: field.cursorPosition
+        shown: field.cursorVisible
+    }
     background: Rectangle {
         border.color: field.activeFocus ? Theme.accent : Theme.hairline
         border.width: field.activeFocus ? Theme.focusWidth : Theme.hairlineWidth

@@ -38,6 +38,10 @@ Flickable {
         Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
         Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
 
+        cursorDelegate: TextCursor {
+            position: area.cursorPosition
+            shown: area.cursorVisible
+        }
         background: Rectangle {
             border.color: area.activeFocus ? Theme.accent : Theme.hairline
             border.width: area.activeFocus ? Theme.focusWidth : Theme.hairlineWidth
