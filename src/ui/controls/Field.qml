@@ -23,10 +23,12 @@ T.TextField {
     Accessible.name: placeholderText
     Accessible.role: Accessible.EditableText
 
+    // qmllint disable unqualified
     cursorDelegate: TextCursor {
         position: field.cursorPosition
         shown: field.cursorVisible
     }
+    // qmllint enable unqualified
     background: Rectangle {
         border.color: field.activeFocus ? Theme.accent : Theme.hairline
         border.width: field.activeFocus ? Theme.focusWidth : Theme.hairlineWidth

@@ -38,10 +38,12 @@ Flickable {
         Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
         Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
 
+        // qmllint disable unqualified
         cursorDelegate: TextCursor {
             position: area.cursorPosition
             shown: area.cursorVisible
         }
+        // qmllint enable unqualified
         background: Rectangle {
             border.color: area.activeFocus ? Theme.accent : Theme.hairline
             border.width: area.activeFocus ? Theme.focusWidth : Theme.hairlineWidth
