@@ -15,20 +15,18 @@ CatalogState::CatalogState(MainLoop& main, IoPool& pool, Search search)
 
 CatalogState::~CatalogState() { m_flows.cancelAll(); }
 
-const std::vector<Collection>& CatalogState::collections() {
+std::vector<Collection> CatalogState::collections() {
   const auto named = [](const char* id, const QString& title, const char* query) {
     return Collection{QLatin1String(id), title, QLatin1String(query)};
   };
-  static const std::vector<Collection> list{
-      named("feature_films", tr("Feature Films"), "collection:(feature_films)"),
-      named("silent", tr("Silent Films"), "collection:(silent_films)"),
-      named("noir", tr("Film Noir"), "collection:(film_noir)"),
-      named("scifi", tr("Sci-Fi & Horror"), "collection:(SciFi_Horror)"),
-      named("classic_tv", tr("Classic TV"), "collection:(classic_tv)"),
-      named("animation", tr("Animation"), "collection:(animationandcartoons)"),
-      named("prelinger", tr("Prelinger Archives"), "collection:(prelinger)"),
-      named("comedy", tr("Comedy"), "collection:(comedy_films)")};
-  return list;
+  return {named("feature_films", tr("Feature Films"), "collection:(feature_films)"),
+          named("silent", tr("Silent Films"), "collection:(silent_films)"),
+          named("noir", tr("Film Noir"), "collection:(film_noir)"),
+          named("scifi", tr("Sci-Fi & Horror"), "collection:(SciFi_Horror)"),
+          named("classic_tv", tr("Classic TV"), "collection:(classic_tv)"),
+          named("animation", tr("Animation"), "collection:(animationandcartoons)"),
+          named("prelinger", tr("Prelinger Archives"), "collection:(prelinger)"),
+          named("comedy", tr("Comedy"), "collection:(comedy_films)")};
 }
 
 void CatalogState::loadHome() {

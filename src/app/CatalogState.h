@@ -36,7 +36,7 @@ public:
   // Requests under way end by themselves on the pool.
   ~CatalogState() override;
 
-  static const std::vector<Collection>& collections();
+  static std::vector<Collection> collections();
 
   const MediaItems& featured() const { return m_featured; }
   const MediaItems& popular() const { return m_popular; }

@@ -13,7 +13,9 @@ namespace vellum {
 
 namespace {
 
-QString tr(const char* text) { return QCoreApplication::translate("LinkOpener", text); }
+struct Texts {
+  Q_DECLARE_TR_FUNCTIONS(LinkOpener)
+};
 
 bool isMagnet(const QString& link) { return link.startsWith(QLatin1String("magnet:")); }
 
@@ -41,7 +43,7 @@ void LinkOpener::inspectMagnet(const QString& text) {
   if (auto info = TorrentMetadata::parseMagnet(text))
     m_navigation.setInspector(std::move(info));
   else
-    m_navigation.setNotice(tr("That doesn't look like a valid magnet link."));
+    m_navigation.setNotice(Texts::tr("That doesn't look like a valid magnet link."));
 }
 
 void LinkOpener::inspectTorrentUrl(const QUrl& url) {
@@ -52,9 +54,10 @@ void LinkOpener::inspectFile(const QString& path) { begin(readFile(path), false)
 
 void LinkOpener::openExternally(const QString& link) {
   if (m_surroundings.openWithDesktop(link)) return;
-  m_navigation.setNotice(tr("No app on this Mac is registered to open %1. Install a BitTorrent "
-                            "client to use it.")
-                             .arg(isMagnet(link) ? tr("magnet links") : tr(".torrent files")));
+  m_navigation.setNotice(
+      Texts::tr("No app on this Mac is registered to open %1. Install a BitTorrent "
+                "client to use it.")
+          .arg(isMagnet(link) ? Texts::tr("magnet links") : Texts::tr(".torrent files")));
 }
 
 void LinkOpener::begin(Flow<Read> reading, bool stored) {
@@ -71,7 +74,7 @@ Flow<> LinkOpener::take(std::weak_ptr<bool> alive, LinkOpener& self, Flow<Read> 
   }
   if (alive.expired()) co_return;
   if (!read.info)
-    co_return self.m_navigation.setNotice(tr("Couldn't read torrent: %1").arg(read.failure));
+    co_return self.m_navigation.setNotice(Texts::tr("Couldn't read torrent: %1").arg(read.failure));
   self.m_navigation.setInspector(std::move(read.info));
   if (stored) self.m_surroundings.torrentStored();
 }

@@ -1,4 +1,5 @@
 #include "base/Text.h"
+#include <QCoreApplication>
 #include <algorithm>
 #include <array>
 
@@ -17,6 +18,10 @@ bool turnsDirection(QChar c) {
   return (c >= QChar(0x202A) && c <= QChar(0x202E)) || (c >= QChar(0x2066) && c <= QChar(0x2069));
 }
 
+struct Texts {
+  Q_DECLARE_TR_FUNCTIONS(ByteCount)
+};
+
 QString trimmed(double value, int decimals) {
   QString text = QString::number(value, 'f', decimals);
   if (decimals > 0) {
@@ -29,9 +34,9 @@ QString trimmed(double value, int decimals) {
 
 QString formatByteCount(std::int64_t bytes) {
   if (bytes < 0) return QStringLiteral("—");
-  if (bytes == 0) return QStringLiteral("Zero KB");
-  if (bytes == 1) return QStringLiteral("1 byte");
-  if (bytes < 1000) return QStringLiteral("%1 bytes").arg(bytes);
+  if (bytes == 0) return Texts::tr("Zero KB");
+  if (bytes == 1) return Texts::tr("1 byte");
+  if (bytes < 1000) return Texts::tr("%1 bytes").arg(bytes);
   double value = static_cast<double>(bytes) / 1000.0;
   std::size_t unit = 0;
   // 999.95 MB would print as "1000 MB": what rounds up to 1000 takes the next unit.
@@ -40,7 +45,12 @@ QString formatByteCount(std::int64_t bytes) {
     value /= 1000.0;
     ++unit;
   }
-  return trimmed(value, kUnits[unit].decimals) + u' ' + QLatin1String(kUnits[unit].name);
+  return withDecimalSign(trimmed(value, kUnits[unit].decimals)) + u' ' +
+         QLatin1String(kUnits[unit].name);
+}
+
+QString withDecimalSign(const QString& number) {
+  return QString(number).replace(u'.', Texts::tr(".", "decimal sign"));
 }
 
 QString printable(QString text) {

@@ -10,6 +10,9 @@ namespace vellum {
 // "1 KB", "24.6 MB", "1.25 GB". A negative size is an em dash.
 QString formatByteCount(std::int64_t bytes);
 
+// "1.5" with the decimal sign of the language in which the texts are shown.
+QString withDecimalSign(const QString& number);
+
 // The text on one line and without control characters: a name from outside must neither forge a
 // line of ours, nor change the direction of the rest of it, nor speak to the terminal.
 QString printable(QString text);

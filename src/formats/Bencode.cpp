@@ -1,5 +1,6 @@
 #include "formats/Bencode.h"
 #include "formats/Utf8.h"
+#include <QCoreApplication>
 #include <algorithm>
 #include <charconv>
 
@@ -27,11 +28,8 @@ std::optional<std::int64_t> parseDecimal(ByteSpan text) {
 
 } // namespace
 
-QString TorrentParseError::errorDescription() {
-  return QStringLiteral("Not a valid .torrent file");
-}
-
-const char* TorrentParseError::what() const noexcept { return "Not a valid .torrent file"; }
+TorrentParseError::TorrentParseError()
+    : DescribedError(QCoreApplication::translate("TorrentFile", "Not a valid .torrent file")) {}
 
 Bencode::Bencode(std::int64_t value) : m_value(value) {}
 Bencode::Bencode(Bytes value) : m_value(std::move(value)) {}

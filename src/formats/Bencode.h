@@ -2,8 +2,8 @@
 // Decoding only. Pure; any thread.
 #pragma once
 #include "base/Bytes.h"
+#include "base/DescribedError.h"
 #include <QString>
-#include <exception>
 #include <map>
 #include <optional>
 #include <utility>
@@ -13,10 +13,9 @@
 namespace vellum {
 
 // The one failure of every torrent parser.
-class TorrentParseError : public std::exception {
+class TorrentParseError final : public DescribedError {
 public:
-  static QString errorDescription(); // "Not a valid .torrent file"
-  const char* what() const noexcept override;
+  TorrentParseError(); // "Not a valid .torrent file"
 };
 
 // One value. Byte strings stay bytes; dictionary keys are UTF-8 with bad sequences replaced, so two

@@ -3,6 +3,7 @@
 #include "base/Sha1.h"
 #include "formats/InfoDictionary.h"
 #include "formats/Utf8.h"
+#include <QCoreApplication>
 #include <algorithm>
 #include <limits>
 
@@ -65,7 +66,7 @@ TorrentInfo TorrentMetadata::parseTorrent(ByteSpan data) {
 
   TorrentInfo torrent;
   torrent.infoHash = toHex(Sha1::of(data.subspan(start, end - start)));
-  torrent.name = torrentName(*info, QStringLiteral("Unnamed torrent"));
+  torrent.name = torrentName(*info, QCoreApplication::translate("TorrentFile", "Unnamed torrent"));
   auto files = torrentFiles(*info, torrent.name);
   if (!files) throw TorrentParseError();
   torrent.files = std::move(*files);

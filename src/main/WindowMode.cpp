@@ -5,6 +5,7 @@
 #include "desktop/SingleInstance.h"
 #include "main/StartupPhases.h"
 #include "ui/controls/Look.h"
+#include "ui/language/Language.h"
 #include "ui/window/MainWindow.h"
 #include <QDir>
 #include <QFileOpenEvent>
@@ -56,8 +57,7 @@ int show(const QStringList& links, const QStringList& defaultTrackers, SingleIns
   MediaSession session(state, *controls, stayAwake);
   startup::reached("services");
   ui::MainWindow window(runtime, state);
-  if (window.window() == nullptr)
-    return complain(QGuiApplication::translate("Window", "The window could not be made."));
+  if (window.window() == nullptr) return complain(QStringLiteral("The window could not be made."));
   startup::reached("window");
   startup::watch(*window.window());
 
@@ -91,6 +91,7 @@ int runWindowMode(int argc, char** argv, const QStringList& links,
                   const QStringList& defaultTrackers) {
   startup::reached("main");
   QGuiApplication application(argc, argv);
+  speak(application);
   QGuiApplication::setDesktopFileName(QStringLiteral("vellum"));
   const QStringList openable = openableLinks(links, QDir::currentPath());
   SingleInstance instance;
@@ -98,8 +99,7 @@ int runWindowMode(int argc, char** argv, const QStringList& links,
   case SingleInstance::Start::First: break;
   case SingleInstance::Start::HandedOver: return 0;
   case SingleInstance::Start::Unanswered:
-    return complain(
-        QGuiApplication::translate("Window", "Vellum is running already, but it does not answer."));
+    return complain(QStringLiteral("Vellum is running already, but it does not answer."));
   }
   startup::reached("desktop");
   chooseRenderer();

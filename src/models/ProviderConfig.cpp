@@ -7,7 +7,9 @@ namespace vellum {
 
 namespace {
 
-QString tr(const char* text) { return QCoreApplication::translate("ProviderKind", text); }
+struct Texts {
+  Q_DECLARE_TR_FUNCTIONS(ProviderKind)
+};
 
 QString written(const QUuid& id) { return id.toString(QUuid::WithoutBraces).toUpper(); }
 
@@ -41,10 +43,10 @@ std::optional<ProviderKind> providerKind(const QString& raw) {
 
 QString label(ProviderKind kind) {
   switch (kind) {
-  case ProviderKind::ArchiveOrg: return tr("Vidarium");
-  case ProviderKind::Apibay: return tr("ApiBay-compatible JSON");
-  case ProviderKind::Yts: return tr("YTS-compatible JSON");
-  case ProviderKind::Torznab: return tr("Torznab (Jackett/Prowlarr)");
+  case ProviderKind::ArchiveOrg: return Texts::tr("Vidarium");
+  case ProviderKind::Apibay: return Texts::tr("ApiBay-compatible JSON");
+  case ProviderKind::Yts: return Texts::tr("YTS-compatible JSON");
+  case ProviderKind::Torznab: return Texts::tr("Torznab (Jackett/Prowlarr)");
   }
   return {};
 }

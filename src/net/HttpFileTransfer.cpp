@@ -11,7 +11,9 @@ constexpr qint64 kReadAhead = 8 * 1024 * 1024;
 
 constexpr std::int64_t kBetweenLooks = 16 * 1024 * 1024; // bytes, at the free space
 
-QString sentence(const char* text) { return QCoreApplication::translate("HttpFileTransfer", text); }
+struct Texts {
+  Q_DECLARE_TR_FUNCTIONS(HttpFileTransfer)
+};
 
 bool isOfTheWeb(const QUrl& url) {
   const bool isHttp = url.scheme() == QLatin1String("http");
@@ -110,7 +112,7 @@ bool HttpFileTransfer::understand() {
   if (plan.body == Body::BadStatus)
     return fail(NetError::http(head.status).errorDescription()), false;
   if (plan.body == Body::Unusable)
-    return fail(sentence("The server sent something else than the file")), false;
+    return fail(Texts::tr("The server sent something else than the file")), false;
   if (plan.body != Body::Append) {
     m_validator = resumeValidator(m_reply->rawHeader("ETag"), m_reply->rawHeader("Last-Modified"),
                                   m_reply->rawHeader("Date"));
@@ -129,7 +131,7 @@ void HttpFileTransfer::readInto() {
     if (got <= 0) break;
     if (const auto error = m_file->append({m_around.room.data(), std::size_t(got)}))
       return fail(error);
-    if (!mayGoOn(got)) return fail(sentence("Not enough free disk space."));
+    if (!mayGoOn(got)) return fail(Texts::tr("Not enough free disk space."));
   }
   m_progress->set(m_file->size(), m_expected);
 }
@@ -143,7 +145,7 @@ bool HttpFileTransfer::mayGoOn(std::int64_t written) {
 }
 
 void HttpFileTransfer::finish() {
-  const QString tooEarly = sentence("The server ended the transfer early");
+  const QString tooEarly = Texts::tr("The server ended the transfer early");
   const bool isLost = m_reply->error() == QNetworkReply::RemoteHostClosedError;
   if (!isWholeAnswer(*m_reply))
     return fail(m_isUnderstood && isLost ? tooEarly : m_reply->errorString());

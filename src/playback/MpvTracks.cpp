@@ -1,4 +1,5 @@
 #include "playback/MpvTracks.h"
+#include <QCoreApplication>
 #include <QLocale>
 #include <QVariantMap>
 
@@ -16,7 +17,8 @@ QString languageName(const QString& code) {
 QString nameOf(const QVariantMap& track, qint64 number) {
   const QString title = track.value(QStringLiteral("title")).toString().simplified();
   const QString language = languageName(track.value(QStringLiteral("lang")).toString());
-  if (title.isEmpty() && language.isEmpty()) return QStringLiteral("Track %1").arg(number);
+  if (title.isEmpty() && language.isEmpty())
+    return QCoreApplication::translate("AudioTracks", "Track %1").arg(number);
   if (title.isEmpty()) return language;
   if (language.isEmpty() || title.contains(language, Qt::CaseInsensitive)) return title;
   return QStringLiteral("%1 (%2)").arg(language, title);

@@ -4,19 +4,19 @@
 namespace vellum {
 
 namespace {
-QString translated(const char* sentence) {
-  return QCoreApplication::translate("StreamFailure", sentence);
-}
+struct Texts {
+  Q_DECLARE_TR_FUNCTIONS(StreamFailure)
+};
 } // namespace
 
 StreamFailure StreamFailure::nothingToStream() {
-  return other(translated("This result has no magnet link or torrent file to stream."));
+  return other(Texts::tr("This result has no magnet link or torrent file to stream."));
 }
 StreamFailure StreamFailure::downloadFailed(const QString& reason) {
-  return other(translated("Couldn't download the .torrent file: %1").arg(reason));
+  return other(Texts::tr("Couldn't download the .torrent file: %1").arg(reason));
 }
 StreamFailure StreamFailure::noServer() {
-  return other(translated("Couldn't start the local streaming server."));
+  return other(Texts::tr("Couldn't start the local streaming server."));
 }
 
 QString StreamFailure::text() const {
@@ -24,15 +24,15 @@ QString StreamFailure::text() const {
   case Kind::Other:
   case Kind::Disk: return detail;
   case Kind::NoMetadata:
-    return translated("Couldn't fetch the torrent's metadata within 60 seconds. It may have no "
-                      "active peers, or trackers may be unreachable.");
-  case Kind::NoVideo: return translated("No playable video file was found in this torrent.");
+    return Texts::tr("Couldn't fetch the torrent's metadata within 60 seconds. It may have no "
+                     "active peers, or trackers may be unreachable.");
+  case Kind::NoVideo: return Texts::tr("No playable video file was found in this torrent.");
   case Kind::Stalled:
-    return translated("The stream stalled and no peers are connected. The swarm may be dead.");
+    return Texts::tr("The stream stalled and no peers are connected. The swarm may be dead.");
   case Kind::Unsupported:
-    return translated("This video's format or codec isn't supported by the built-in player, and "
-                      "no external player (mpv, VLC) was found. Install mpv (brew install mpv) "
-                      "to play it.");
+    return Texts::tr("This video's format or codec isn't supported by the built-in player, and "
+                     "no external player (mpv, VLC) was found. Install mpv (brew install mpv) "
+                     "to play it.");
   }
   return {};
 }

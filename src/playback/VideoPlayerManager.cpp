@@ -32,9 +32,9 @@ QByteArray addressOf(const QUrl& url) {
 
 QString VideoPlayerManager::aspectName(AspectMode mode) {
   switch (mode) {
-  case AspectMode::Fit: return QStringLiteral("Fit");
-  case AspectMode::Fill: return QStringLiteral("Fill");
-  case AspectMode::Stretch: return QStringLiteral("Stretch");
+  case AspectMode::Fit: return tr("Fit");
+  case AspectMode::Fill: return tr("Fill");
+  case AspectMode::Stretch: return tr("Stretch");
   }
   return {};
 }
@@ -105,7 +105,7 @@ void VideoPlayerManager::refuse() {
 void VideoPlayerManager::fail(const QString& text) {
   m_item = Item::None;
   publishStatus();
-  setError(text.isEmpty() ? QStringLiteral("Playback failed") : text);
+  setError(text.isEmpty() ? tr("Playback failed") : text);
 }
 
 void VideoPlayerManager::toggle() {

@@ -10,7 +10,9 @@ namespace {
 
 using Failure = ProviderClient::Failure;
 
-QString tr(const char* text) { return QCoreApplication::translate("ProviderClient", text); }
+struct Texts {
+  Q_DECLARE_TR_FUNCTIONS(ProviderClient)
+};
 
 QString memoryKey(const QUuid& id) {
   return QStringLiteral("lastWorking.") + id.toString(QUuid::WithoutBraces).toUpper();
@@ -70,13 +72,13 @@ struct Walk {
 
 QString humanizeNetwork(const NetError& error) {
   switch (error.reason()) {
-  case NetError::Reason::HostNotFound: return tr("DNS lookup failed");
-  case NetError::Reason::CannotConnect: return tr("connection refused");
-  case NetError::Reason::TimedOut: return tr("timed out");
+  case NetError::Reason::HostNotFound: return Texts::tr("DNS lookup failed");
+  case NetError::Reason::CannotConnect: return Texts::tr("connection refused");
+  case NetError::Reason::TimedOut: return Texts::tr("timed out");
   case NetError::Reason::PlainHttpBlocked:
-    return tr("plain http is blocked by the system; use https");
-  case NetError::Reason::Tls: return tr("TLS error");
-  case NetError::Reason::NoConnection: return tr("no internet connection");
+    return Texts::tr("plain http is blocked by the system; use https");
+  case NetError::Reason::Tls: return Texts::tr("TLS error");
+  case NetError::Reason::NoConnection: return Texts::tr("no internet connection");
   default: return error.errorDescription();
   }
 }
@@ -84,9 +86,9 @@ QString humanizeNetwork(const NetError& error) {
 QString humanizeFailure(const Failure& failure) {
   switch (failure.kind()) {
   case Failure::Case::Network: return failure.text();
-  case Failure::Case::Status: return tr("HTTP %1").arg(failure.status());
-  case Failure::Case::Html: return tr("returned a web page");
-  case Failure::Case::NotJSON: return tr("returned a non-API response");
+  case Failure::Case::Status: return Texts::tr("HTTP %1").arg(failure.status());
+  case Failure::Case::Html: return Texts::tr("returned a web page");
+  case Failure::Case::NotJSON: return Texts::tr("returned a non-API response");
   }
   return {};
 }
@@ -119,7 +121,7 @@ void ProviderClient::setLastWorking(PreferenceStore& memory, const QUuid& id,
 Flow<QByteArray> ProviderClient::attempt(QString base, ProviderRequest request,
                                          Transport transport) {
   const auto url = ProviderURL::build(base, request.path, request.items);
-  if (!url) throw Failure(Failure::Case::Network, tr("invalid address"));
+  if (!url) throw Failure(Failure::Case::Network, Texts::tr("invalid address"));
   const HttpResponse response = co_await askSecurelyIfNeeded(transport, *url);
   const ResponseKind kind = ResponseClassifier::classify(response.body, response.contentType);
   if (kind == ResponseKind::Html) throw Failure(Failure::Case::Html);
@@ -151,7 +153,7 @@ Flow<ProviderClient::Answer> ProviderClient::fetch(ProviderConfig config, Provid
 QString ProviderClient::humanize(const std::exception& error) {
   if (const auto* failure = dynamic_cast<const Failure*>(&error)) return humanizeFailure(*failure);
   if (const auto* network = dynamic_cast<const NetError*>(&error)) return humanizeNetwork(*network);
-  if (isCancellation(error)) return tr("cancelled");
+  if (isCancellation(error)) return Texts::tr("cancelled");
   return QString::fromUtf8(error.what());
 }
 

@@ -6,16 +6,18 @@ namespace vellum {
 
 namespace {
 
-QString tr(const char* text) { return QCoreApplication::translate("ProviderHealthChecker", text); }
+struct Texts {
+  Q_DECLARE_TR_FUNCTIONS(ProviderHealthChecker)
+};
 
 MirrorHealth judged(const ProviderConfig& config, const QByteArray& body) {
   MirrorHealth health{.reachable = true};
   try {
     parseResults(config.kind, body, config.name);
     health.formatOK = true;
-    health.detail = tr("Reachable, API format OK");
+    health.detail = Texts::tr("Reachable, API format OK");
   } catch (const std::exception&) {
-    health.detail = tr("Reachable, but the response doesn't match the expected API format");
+    health.detail = Texts::tr("Reachable, but the response doesn't match the expected API format");
   }
   return health;
 }
@@ -26,8 +28,8 @@ MirrorHealth failed(const std::exception& error) {
   MirrorHealth health;
   health.reachable = failure != nullptr && failure->kind() != Failure::Case::Network;
   health.detail = failure != nullptr && failure->kind() == Failure::Case::Html
-                      ? tr("Provider returned a web page instead of API data")
-                      : tr("Failed: %1").arg(ProviderClient::humanize(error));
+                      ? Texts::tr("Provider returned a web page instead of API data")
+                      : Texts::tr("Failed: %1").arg(ProviderClient::humanize(error));
   return health;
 }
 
@@ -40,14 +42,14 @@ Flow<std::vector<MirrorHealth>> ProviderHealthChecker::check(ProviderConfig conf
   const auto request = providerRequest(config.kind, QStringLiteral("test"), config.apiKey);
   std::vector<MirrorHealth> lines;
   if (!request) {
-    lines.push_back({tr("Built-in catalog"), true, std::nullopt, true,
-                     tr("Vidarium catalog uses a fixed built-in host")});
+    lines.push_back({Texts::tr("Built-in catalog"), true, std::nullopt, true,
+                     Texts::tr("Vidarium catalog uses a fixed built-in host")});
     co_return lines;
   }
   const QStringList addresses = ProviderClient::candidates(config, memory);
   if (addresses.isEmpty())
-    lines.push_back({config.baseURL.isEmpty() ? tr("(no address)") : config.baseURL, false,
-                     std::nullopt, false, tr("Not a valid http(s) address")});
+    lines.push_back({config.baseURL.isEmpty() ? Texts::tr("(no address)") : config.baseURL, false,
+                     std::nullopt, false, Texts::tr("Not a valid http(s) address")});
   for (const QString& address : addresses) {
     const TimePoint began = clock.now();
     QByteArray body;

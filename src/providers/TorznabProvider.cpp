@@ -9,7 +9,9 @@ namespace vellum {
 
 namespace {
 
-QString tr(const char* text) { return QCoreApplication::translate("Torznab", text); }
+struct Texts {
+  Q_DECLARE_TR_FUNCTIONS(Torznab)
+};
 
 // What is wrong with the document, if anything.
 std::optional<XmlError> read(const QString& xml, TorznabParser& parser) {
@@ -20,7 +22,7 @@ std::optional<XmlError> read(const QString& xml, TorznabParser& parser) {
     switch (reader.readNext()) {
     case QXmlStreamReader::StartElement:
       if (++depth > TorznabProvider::kMaxDepth)
-        return XmlError(tr("The document is nested too deeply"));
+        return XmlError(Texts::tr("The document is nested too deeply"));
       parser.startElement(reader.qualifiedName(), reader.attributes());
       break;
     case QXmlStreamReader::Characters: parser.characters(reader.text()); break;
@@ -39,12 +41,12 @@ std::optional<XmlError> read(const QString& xml, TorznabParser& parser) {
 
 TorrentResults TorznabProvider::parse(const QByteArray& bytes, const QString& source) {
   const auto xml = decodedXml(bytes);
-  if (!xml) throw XmlError(tr("The document is not in its encoding"));
+  if (!xml) throw XmlError(Texts::tr("The document is not in its encoding"));
   const XmlShape shape = xmlShape(*xml);
-  if (shape.hasDtd) throw XmlError(tr("The document has a DTD, which is not read"));
+  if (shape.hasDtd) throw XmlError(Texts::tr("The document has a DTD, which is not read"));
   // The reader compares every attribute of an element with every other.
   if (shape.mostAttributes > kMaxAttributes)
-    throw XmlError(tr("The document has an element with too many attributes"));
+    throw XmlError(Texts::tr("The document has an element with too many attributes"));
   TorznabParser parser(source);
   const auto error = read(*xml, parser);
   if (parser.apiError()) throw IndexerError(*parser.apiError());

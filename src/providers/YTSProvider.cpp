@@ -3,6 +3,7 @@
 #include "net/NetError.h"
 #include "providers/Json.h"
 #include "providers/ResultList.h"
+#include <QCoreApplication>
 #include <cmath>
 
 namespace vellum {
@@ -33,8 +34,8 @@ Film readFilm(const QJsonObject& object) {
   Film film;
   if (const auto year = json::integer(object.value(QLatin1String("year"))))
     film.year = QString::number(*year);
-  const QString title =
-      json::string(object.value(QLatin1String("title"))).value_or(QStringLiteral("Untitled"));
+  const QString title = json::string(object.value(QLatin1String("title")))
+                            .value_or(QCoreApplication::translate("YTSProvider", "Untitled"));
   film.title = title + QStringLiteral(" (") + film.year.value_or(QStringLiteral("?")) + u')';
   film.page = url(object.value(QLatin1String("url")));
   return film;

@@ -76,7 +76,7 @@ Item {
                 anchors.right: parent.right
                 objectName: "searchButton"
                 prominent: true
-                text: qsTr("Search")
+                text: qsTr("Search", "to press")
                 onClicked: page.model.search()
             }
         }

@@ -102,8 +102,8 @@ QString ItemModel::warning() const {
 
 QString ItemModel::subtitlesText() const {
   if (contents().subtitles.empty()) return {};
-  return tr("%1 subtitle file(s) will be available in the player.")
-      .arg(contents().subtitles.size());
+  return tr("%n subtitle file(s) will be available in the player.", nullptr,
+            int(contents().subtitles.size()));
 }
 
 void ItemModel::play(int row) {

@@ -3,6 +3,7 @@
 #include "models/QualityPicker.h"
 #include <QUrl>
 #include <algorithm>
+#include <limits>
 
 namespace vellum::ui {
 
@@ -13,6 +14,9 @@ using Limits = SettingsModel::Limits;
 qint64 within(const Limits& limits, qint64 value) {
   return std::clamp<qint64>(value, limits.from, limits.to);
 }
+
+// Whatever stands in the preferences.
+int asInt(qint64 value) { return int(std::min<qint64>(value, std::numeric_limits<int>::max())); }
 
 QVariantMap stepper(const Limits& limits, qint64 value, const QString& text) {
   return {{QStringLiteral("from"), limits.from},
@@ -49,7 +53,7 @@ QVariantMap SettingsModel::cacheLimit() const {
 QVariantMap SettingsModel::cacheAge() const {
   const qint64 days = m_settings.autoCleanDays();
   return stepper(kCacheAge, days,
-                 days > 0 ? tr("Auto-clean cache older than %1 days").arg(days)
+                 days > 0 ? tr("Auto-clean cache older than %n days", nullptr, asInt(days))
                           : tr("Auto-clean cache: never"));
 }
 

@@ -1,5 +1,6 @@
 #include "ui/player/PlayerModel.h"
 #include "base/Fmt.h"
+#include "base/Text.h"
 #include <algorithm>
 
 namespace vellum::ui {
@@ -55,7 +56,7 @@ int PlayerModel::audioIndex() const {
 QStringList PlayerModel::speeds() const {
   QStringList entries;
   for (const Speed& speed : kSpeeds)
-    entries += ticked(speed.rate == player()->rate(), QLatin1String(speed.name));
+    entries += ticked(speed.rate == player()->rate(), withDecimalSign(QLatin1String(speed.name)));
   return entries;
 }
 

@@ -8,7 +8,9 @@ namespace vellum::ui {
 
 namespace {
 
-QString tr(const char* text) { return QCoreApplication::translate("StreamTexts", text); }
+struct Texts {
+  Q_DECLARE_TR_FUNCTIONS(StreamTexts)
+};
 
 QString rate(double bytesPerSecond) {
   const bool isReal = std::isfinite(bytesPerSecond) && std::abs(bytesPerSecond) < 0x1p62;
@@ -19,33 +21,32 @@ QString rate(double bytesPerSecond) {
 
 QString stageText(const StreamState& stream) {
   switch (stream.stage) {
-  case StreamStage::Connecting: return tr("Connecting to peers…");
-  case StreamStage::Metadata: return tr("Fetching metadata…");
-  case StreamStage::Selecting: return tr("Selecting file…");
+  case StreamStage::Connecting: return Texts::tr("Connecting to peers…");
+  case StreamStage::Metadata: return Texts::tr("Fetching metadata…");
+  case StreamStage::Selecting: return Texts::tr("Selecting file…");
   case StreamStage::Buffering:
-    return tr("Buffering %1%").arg(static_cast<int>(stream.progress * 100));
-  case StreamStage::Playing: return tr("Playing");
+    return Texts::tr("Buffering %1%").arg(static_cast<int>(stream.progress * 100));
+  case StreamStage::Playing: return Texts::tr("Playing");
   }
   return {};
 }
 
 QString numbersText(const StreamState& stream) {
-  const QString text =
-      stream.peers == 1 ? tr("%1 peer · ↓ %2/s · ↑ %3/s") : tr("%1 peers · ↓ %2/s · ↑ %3/s");
+  const QString text = stream.peers == 1 ? Texts::tr("%1 peer · ↓ %2/s · ↑ %3/s")
+                                         : Texts::tr("%1 peers · ↓ %2/s · ↑ %3/s");
   return text.arg(QString::number(stream.peers), rate(stream.down), rate(stream.up));
 }
 
 QString cornerText(const StreamState& stream) {
-  return tr("%1 peers · ↓ %2/s · ↑ %3/s · uploaded %4")
-      .arg(QString::number(stream.peers), rate(stream.down), rate(stream.up),
-           formatByteCount(stream.uploaded));
+  return Texts::tr("%n peers · ↓ %1/s · ↑ %2/s · uploaded %3", nullptr, stream.peers)
+      .arg(rate(stream.down), rate(stream.up), formatByteCount(stream.uploaded));
 }
 
 QString miniPlayerText(const std::optional<StreamState>& stream, bool isBuffering,
                        double currentTime, double duration) {
   if (stream && !stream->failure && stream->stage != StreamStage::Playing)
-    return stream->stage == StreamStage::Buffering ? tr("Buffering") : stageText(*stream);
-  if (isBuffering) return tr("Buffering…");
+    return stream->stage == StreamStage::Buffering ? Texts::tr("Buffering") : stageText(*stream);
+  if (isBuffering) return Texts::tr("Buffering…");
   return Fmt::time(currentTime) + QStringLiteral(" / ") + Fmt::time(duration);
 }
 

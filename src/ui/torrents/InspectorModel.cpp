@@ -55,8 +55,9 @@ QString InspectorModel::name() const { return printable(m_info.name); }
 QString InspectorModel::hashText() const { return tr("Info hash: %1").arg(m_info.infoHash); }
 
 QString InspectorModel::countText() const {
-  return QStringList{tr("%1 file(s)").arg(m_info.files.size()), tr("%1 video").arg(m_info.videos),
-                     tr("%1 tracker(s)").arg(m_info.trackers.size())}
+  return QStringList{tr("%n file(s)", nullptr, int(m_info.files.size())),
+                     tr("%n video", nullptr, int(m_info.videos)),
+                     tr("%n tracker(s)", nullptr, int(m_info.trackers.size()))}
       .join(QStringLiteral(" · "));
 }
 

@@ -30,7 +30,7 @@ Row {
             readonly property var head: header.heads[index]
 
             descending: !header.model.sortAscending
-            objectName: "column" + text
+            objectName: "column" + index
             rightAligned: head.isNumber ?? false
             sortable: head.column >= 0
             sorted: sortable && header.model.sortColumn === head.column

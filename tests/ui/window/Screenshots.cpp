@@ -3,6 +3,7 @@
 #include "support/CatalogItems.h"
 #include "support/LoopbackSeeder.h"
 #include "ui/controls/Look.h"
+#include "ui/language/Language.h"
 #include "ui/window/WindowWorld.h"
 #include <QDir>
 #include <QGuiApplication>
@@ -346,6 +347,7 @@ void Photographer::settings() {
 
 int main(int argc, char** argv) {
   QGuiApplication app(argc, argv);
+  speak(app);
   prepareLook(app);
   if (argc < 2) return EXIT_FAILURE;
   const QString only = argc > 2 ? QString::fromLocal8Bit(argv[2]) : QString();

@@ -96,7 +96,7 @@ TEST_F(CatalogStateTest, SearchesAndBrowsesCollections) {
   EXPECT_EQ(state->searchError(), text("unknown"));
   EXPECT_TRUE(state->searchResults().empty());
 
-  const auto& collections = CatalogState::collections();
+  const auto collections = CatalogState::collections();
   ASSERT_EQ(collections.size(), 8U);
   answers[collections[3].query] = items("scifi");
   for (const std::size_t index : {3U, 4U}) {
@@ -119,7 +119,7 @@ TEST_F(CatalogStateTest, SearchesAndBrowsesCollections) {
 }
 
 TEST_F(CatalogStateTest, ShowsTheChosenCollectionWhicheverAnswersFirst) {
-  const auto& collections = CatalogState::collections();
+  const auto collections = CatalogState::collections();
   const QString left = collections[0].query, chosen = collections[1].query;
   answers = {{left, items("left")}, {chosen, items("chosen")}, {text("after"), items("after")}};
   for (const bool leftIsFirst : {true, false}) {

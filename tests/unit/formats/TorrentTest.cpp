@@ -151,7 +151,7 @@ TEST(Torrent, WhatIsNoTorrentFailsWithTheOneError) {
     EXPECT_THROW(shown(torrent), TorrentParseError) << torrent;
     EXPECT_FALSE(TorrentMeta::parseTorrentFile(asBytes(std::string_view(torrent)))) << torrent;
   }
-  EXPECT_EQ(TorrentParseError::errorDescription(), QStringLiteral("Not a valid .torrent file"));
+  EXPECT_EQ(TorrentParseError().errorDescription(), QStringLiteral("Not a valid .torrent file"));
 }
 
 } // namespace
