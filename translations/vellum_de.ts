@@ -293,7 +293,7 @@
     </message>
     <message>
         <source>Save to Downloads</source>
-        <translation>In Downloads sichern</translation>
+        <translation>In Downloads speichern</translation>
     </message>
 </context>
 <context>
@@ -352,11 +352,11 @@
     </message>
     <message>
         <source>Nothing saved yet. Download a file from an Vidarium item to keep it here.</source>
-        <translation>Noch nichts gesichert. Heruntergeladene Dateien eines Vidarium-Eintrags bleiben hier erhalten.</translation>
+        <translation>Noch nichts gespeichert. Heruntergeladene Dateien eines Vidarium-Eintrags bleiben hier erhalten.</translation>
     </message>
     <message>
         <source>Saved on this Mac</source>
-        <translation>Auf diesem Gerät gesichert</translation>
+        <translation>Auf diesem Gerät gespeichert</translation>
     </message>
 </context>
 <context>
@@ -1030,7 +1030,7 @@
     <name>StorageSection</name>
     <message>
         <source>Cleanup only touches the cache folder. Files in the saved downloads folder are never removed automatically.</source>
-        <translation>Aufgeräumt wird nur der Cache-Ordner. Dateien im Ordner für gesicherte Downloads werden nie automatisch entfernt.</translation>
+        <translation>Aufgeräumt wird nur der Cache-Ordner. Dateien im Ordner für gespeicherte Downloads werden nie automatisch entfernt.</translation>
     </message>
     <message>
         <source>Storage</source>
@@ -1042,7 +1042,7 @@
     </message>
     <message>
         <source>Saved downloads folder</source>
-        <translation>Ordner für gesicherte Downloads</translation>
+        <translation>Ordner für gespeicherte Downloads</translation>
     </message>
     <message>
         <source>Clean Now</source>
@@ -1137,7 +1137,7 @@
     <name>StreamTexts</name>
     <message>
         <source>Connecting to peers…</source>
-        <translation>Verbindung zu Peers …</translation>
+        <translation>Verbindung zu Peers wird hergestellt …</translation>
     </message>
     <message>
         <source>Fetching metadata…</source>

@@ -12,7 +12,7 @@ T.Menu {
         let found = Theme.menuWidth;
         for (let i = 0; i < count; ++i)
             found = Math.max(found, itemAt(i)?.implicitWidth ?? 0);
-        return Math.min(found, Theme.menuWidest);
+        return Math.min(Math.ceil(found), Theme.menuWidest);
     }
 
     implicitHeight: contentHeight + topPadding + bottomPadding

@@ -33,6 +33,7 @@ Item {
     TableColumns {
         id: tableColumns
 
+        numberHead: header.numberWidth
         width: list.width
     }
     ResultHeader {
