@@ -17,7 +17,7 @@ TEST(Language, IsTheFirstThatThereAreTextsIn) {
   int argc = 1;
   char name[] = "language";
   char* argv[] = {name, nullptr};
-  for (const Case& row : {Case{"de-AT,de", "Einstellungen", "1 Datei", "1,25 GB"},
+  for (const Case& row : {Case{"de-AT,en", "Einstellungen", "1 Datei", "1,25 GB"},
                           {"fr-FR,fr,de", "Einstellungen", "1 Datei", "1,25 GB"},
                           {"fr-FR,fr", "Settings", "1 file(s)", "1.25 GB"},
                           {"en-GB,en,de", "Settings", "1 file(s)", "1.25 GB"},
