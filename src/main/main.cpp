@@ -5,6 +5,7 @@
 #include "cli/SearchMode.h"
 #include "cli/StreamMode.h"
 #include "main/WindowMode.h"
+#include "platform/Memory.h"
 #include "platform/ProcessLimits.h"
 #include "selftest/SelfTests.h"
 #include <QCoreApplication>
@@ -29,6 +30,7 @@ int print(std::FILE* to, const QString& text, int exitCode) {
 
 int main(int argc, char** argv) {
   const TimePoint processStart = SystemClock().now();
+  platform::giveMemoryBack();
   platform::raiseProcessLimits();
   QCoreApplication::setApplicationName(QStringLiteral("Vellum"));
   QCoreApplication::setApplicationVersion(QStringLiteral(VELLUM_VERSION));

@@ -1,6 +1,7 @@
 // The window in the demo world for a long time: plays, seeks, switches, searches, saves, closes,
 // round after round, and watches what it holds meanwhile.
 //   vellum-soak MINUTES   ends with 0 if nothing grew and nothing was left over
+#include "platform/Memory.h"
 #include "ui/controls/Look.h"
 #include "ui/window/WindowWorld.h"
 #include <QDir>
@@ -8,6 +9,7 @@
 #include <QGuiApplication>
 #include <QRandomGenerator>
 #include <cstdio>
+#include <malloc.h>
 
 using namespace vellum;
 using namespace vellum::test;
@@ -23,6 +25,7 @@ constexpr double kGrowth = 1.05;
 struct Sample {
   double at = 0;        // seconds since the start
   double megabytes = 0; // its own memory
+  double allocated = 0; // of it, megabytes that somebody holds
   int descriptors = 0;
   int threads = 0;
 
@@ -34,6 +37,8 @@ struct Sample {
     for (const QByteArray& line : file.readAll().split('\n'))
       if (line.startsWith("Anonymous:"))
         sample.megabytes = line.simplified().split(' ').value(1).toDouble() / 1000;
+    const auto heap = ::mallinfo2();
+    sample.allocated = double(heap.uordblks + heap.hblkhd) / 1e6;
     const auto entries = [](const char* folder) {
       return int(QDir(text(folder)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size());
     };
@@ -54,8 +59,9 @@ public:
       close();
       m_samples.push_back(Sample::take(elapsed()));
       const Sample& last = m_samples.back();
-      std::printf("%5.0f s, round %d: %.0f MB of its own, %d descriptors, %d threads\n", last.at,
-                  round, last.megabytes, last.descriptors, last.threads);
+      std::printf(
+          "%5.0f s, round %d: %.1f MB of its own, %.1f allocated, %d descriptors, %d threads\n",
+          last.at, round, last.megabytes, last.allocated, last.descriptors, last.threads);
       std::fflush(stdout);
     }
     return report();
@@ -192,6 +198,7 @@ private:
 } // namespace
 
 int main(int argc, char** argv) {
+  platform::giveMemoryBack(); // as the program does
   QGuiApplication app(argc, argv);
   prepareLook(app);
   if (argc < 2) return EXIT_FAILURE;
