@@ -9,7 +9,9 @@ constexpr std::int64_t kLargestTrackerReply = 256 * kKiB;
 } // namespace
 
 Runtime::Runtime()
-    : preferences(folders::preferences() + QStringLiteral("/VellumApp/preferences.json")) {}
+    : Runtime(folders::preferences() + QStringLiteral("/VellumApp/preferences.json")) {}
+
+Runtime::Runtime(const QString& preferencesFile) : preferences(preferencesFile) {}
 
 SessionEnvironment Runtime::sessionEnvironment(const QStringList& trackers) {
   return {pool, main, clock, random, http.fetcher(kLargestTrackerReply), trackers};

@@ -15,7 +15,9 @@ namespace vellum {
 // The order of the fields is the order of construction: at the end the server goes first, then the
 // network, and the pool waits for whatever still runs on it.
 struct Runtime {
-  Runtime();
+  Runtime(); // with the user's preferences
+  // With those of that file; with none, and nothing read or kept, if the path is empty.
+  explicit Runtime(const QString& preferencesFile);
 
   SystemClock clock;
   SystemRandom random;

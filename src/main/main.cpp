@@ -52,8 +52,11 @@ int main(int argc, char** argv) {
   }
 
   const QCoreApplication application(argc, argv);
+  if (arguments.mode == Arguments::Mode::SelfTest) {
+    Runtime runtime{QString()}; // without anything of the user's
+    return runSelfTests(runtime);
+  }
   Runtime runtime;
-  if (arguments.mode == Arguments::Mode::SelfTest) return runSelfTests(runtime);
   if (arguments.mode == Arguments::Mode::Search) return runSearchMode(runtime, arguments.words);
   return runStreamMode(runtime, arguments, addresses::defaultTrackers(), processStart);
 }

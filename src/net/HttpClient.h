@@ -34,7 +34,7 @@ public:
   // The same, to be handed on; it may outlive the client.
   FetchData fetcher(std::int64_t maxBytes = kLargestBody);
   // Requests to providers: the answer whatever its status, of no more than kLargestBody. It may
-  // outlive the client. `range` as in the header of that name: "bytes=0-99".
+  // outlive the client. `range`, if any, is sent as the Range header.
   Transport transport(std::chrono::milliseconds timeout = kTransportTimeout,
                       const QByteArray& range = {});
 

@@ -1,7 +1,7 @@
 #include "selftest/CheckList.h"
 #include <cstdio>
 
-namespace vellum {
+namespace vellum::selftest {
 
 namespace {
 void print(const QString& line) {
@@ -20,7 +20,7 @@ void CheckList::check(bool passed, const QString& name, const QString& detail) {
 int CheckList::finish() const {
   print(m_failed == 0 ? QStringLiteral("ALL TESTS PASSED")
                       : QStringLiteral("%1 TEST(S) FAILED").arg(m_failed));
-  return m_failed == 0 ? 0 : 1;
+  return m_failed == 0 && std::ferror(stdout) == 0 ? 0 : 1;
 }
 
-} // namespace vellum
+} // namespace vellum::selftest

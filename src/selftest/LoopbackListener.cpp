@@ -1,6 +1,6 @@
 #include "selftest/LoopbackListener.h"
 
-namespace vellum {
+namespace vellum::selftest {
 
 using asio::ip::tcp;
 
@@ -27,8 +27,11 @@ LoopbackListener::LoopbackListener(IoPool& pool, Serve serve)
 LoopbackListener::~LoopbackListener() { cancel(); }
 
 Flow<> LoopbackListener::accept(std::shared_ptr<State> state) {
-  for (;;)
-    state->flows.spawn(state->serve(co_await state->acceptor.async_accept(asio::use_awaitable)));
+  for (;;) {
+    tcp::socket socket = co_await state->acceptor.async_accept(asio::use_awaitable);
+    if (!state->acceptor.is_open()) co_return; // cancelled between its arrival and here
+    state->flows.spawn(state->serve(std::move(socket)));
+  }
 }
 
 std::optional<std::uint16_t> LoopbackListener::start() {
@@ -50,4 +53,4 @@ void LoopbackListener::cancel() {
   });
 }
 
-} // namespace vellum
+} // namespace vellum::selftest

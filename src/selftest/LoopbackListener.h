@@ -5,7 +5,7 @@
 #include <asio/ip/tcp.hpp>
 #include <cstdint>
 
-namespace vellum {
+namespace vellum::selftest {
 
 // Its connections live on one strand of the pool, each a coroutine that `serve` gives and that ends
 // by its exception when the other side is gone. The owner lives on the main thread.
@@ -30,4 +30,4 @@ private:
   std::shared_ptr<State> m_state;
 };
 
-} // namespace vellum
+} // namespace vellum::selftest

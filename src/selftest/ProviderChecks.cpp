@@ -13,11 +13,12 @@ namespace vellum::selftest {
 
 namespace {
 
-QString text(const char* utf8) { return QString::fromUtf8(utf8); }
-
 const char* const kDead = "https://dead.vellum.test";
 const char* const kWebPage = "https://webpage.vellum.test";
 const char* const kGood = "https://good.vellum.test";
+
+// Where the resolver of names is mute, the address without a name costs all of it.
+constexpr std::chrono::seconds kTimeout{3};
 
 QByteArray movieDocument() {
   return R"({"status": "ok", "data": {"movie_count": 1, "movies": [{
@@ -105,7 +106,8 @@ Flow<Found> search(Runtime& runtime, ProviderConfig config, Transport transport,
     found.results = co_await flowOn(
         runtime.pool.makeWorkerStrand(),
         ProviderSearch::run(std::move(config), text("bunny"), std::move(transport), memory));
-  } catch (const std::exception&) {
+  } catch (const std::exception& error) {
+    if (isCancellation(error)) throw;
     found.error = std::current_exception();
   }
   co_return found;
@@ -129,13 +131,15 @@ Flow<> mirrorsInOrder(CheckList& checks, Runtime& runtime) {
   checks.check(ProviderClient::lastWorking(memory, config.id) == text(kGood),
                text("Failover: last working remembered"));
   Log again;
-  co_await search(runtime, config, scriptedTransport(again), memory);
+  const Found second = co_await search(runtime, config, scriptedTransport(again), memory);
   checks.check(again.items().value(0) == host(kGood),
-               text("Failover: remembered mirror tried first"), again.items().join(text(", ")));
-  checks.check(std::ranges::all_of(first.results,
-                                   [](const TorrentResult& result) {
-                                     return result.baseTitle == text("Big Buck Bunny (2008)");
-                                   }),
+               text("Failover: remembered mirror tried first"),
+               again.items().join(text(", ")) + second.errorText());
+  checks.check(!first.results.empty() && std::ranges::all_of(first.results,
+                                                             [](const TorrentResult& result) {
+                                                               return result.baseTitle ==
+                                                                      text("Big Buck Bunny (2008)");
+                                                             }),
                text("YTS variants share a base title"));
 }
 
@@ -170,7 +174,7 @@ Flow<> overTheRealNetwork(CheckList& checks, Runtime& runtime) {
   PreferenceStore memory;
   const ProviderConfig config = yts({text("http://127.0.0.1:1"), text("http://nowhere.invalid"),
                                      text("http://127.0.0.1:%1").arg(*port)});
-  const Found found = co_await search(runtime, config, runtime.http.transport(), memory);
+  const Found found = co_await search(runtime, config, runtime.http.transport(kTimeout), memory);
   if (found.error)
     checks.check(false, text("Real network failover"), found.errorText());
   else
@@ -180,12 +184,16 @@ Flow<> overTheRealNetwork(CheckList& checks, Runtime& runtime) {
         text("%1 results").arg(found.results.size()));
   // Without what was remembered, which would be asked first.
   const PreferenceStore nothing;
-  const auto rows = co_await flowOn(
-      runtime.pool.makeWorkerStrand(),
-      ProviderHealthChecker::check(config, runtime.http.transport(), nothing, runtime.clock));
+  const auto rows =
+      co_await flowOn(runtime.pool.makeWorkerStrand(),
+                      ProviderHealthChecker::check(config, runtime.http.transport(kTimeout),
+                                                   nothing, runtime.clock));
+  QStringList details;
+  for (const MirrorHealth& row : rows) details += row.detail;
   checks.check(rows.size() == 3 && !rows[0].reachable && !rows[1].reachable && rows[2].reachable &&
                    rows[2].formatOK && rows[2].millis,
-               text("Test Connection reports per-mirror reachability, time and format"));
+               text("Test Connection reports per-mirror reachability, time and format"),
+               details.join(text(" | ")));
 }
 
 // A provider that needs no network.
@@ -273,7 +281,8 @@ Flow<> providerDownOthersSucceed(CheckList& checks, Runtime& runtime) {
       aggregator.results().size() == 1 && down != statuses.end() &&
           down->state == ProviderStatus::State::Failed &&
           down->text.contains(text("YTS unreachable at ") + host) && down->offersSettings,
-      text("Provider down while others succeed (results kept, banner + Settings shortcut)"));
+      text("Provider down while others succeed (results kept, banner + Settings shortcut)"),
+      down == statuses.end() ? QString() : down->text);
 }
 
 } // namespace vellum::selftest

@@ -6,6 +6,8 @@
 
 namespace vellum::selftest {
 
+inline QString text(const char* utf8) { return QString::fromUtf8(utf8); }
+
 // All on the main thread. A section makes and clears away its own fixtures.
 void urlValidation(CheckList& checks);
 void classification(CheckList& checks);

@@ -3,7 +3,7 @@
 #include <array>
 #include <asio/write.hpp>
 
-namespace vellum {
+namespace vellum::selftest {
 
 namespace {
 
@@ -112,4 +112,4 @@ TestSeeder::TestSeeder(IoPool& pool, TestTorrent torrent)
     : m_listener(pool, [fixture = std::make_shared<const TestTorrent>(std::move(torrent))](
                            tcp::socket socket) { return serve(fixture, std::move(socket)); }) {}
 
-} // namespace vellum
+} // namespace vellum::selftest

@@ -3,9 +3,9 @@
 #include "selftest/LoopbackListener.h"
 #include "selftest/TestTorrent.h"
 
-namespace vellum {
+namespace vellum::selftest {
 
-// Main thread; what it says, it says on the listener's strand ("test.seeder"). It checks nothing
+// Main thread; what it says, it says on the listener's strand. It checks nothing
 // that it is told and knows no limit.
 class TestSeeder {
 public:
@@ -18,4 +18,4 @@ private:
   LoopbackListener m_listener;
 };
 
-} // namespace vellum
+} // namespace vellum::selftest

@@ -1,7 +1,8 @@
 #include "selftest/TestTorrent.h"
 #include "base/Sha1.h"
+#include <algorithm>
 
-namespace vellum {
+namespace vellum::selftest {
 
 namespace {
 
@@ -15,8 +16,11 @@ QByteArray bencodedFile(const QString& path, qsizetype length) {
 
 QByteArray pieceHashes(const QByteArray& payload, std::int64_t pieceLength) {
   QByteArray hashes;
-  for (qsizetype at = 0; at < payload.size(); at += pieceLength)
-    hashes += toByteArray(Sha1::of(asBytes(payload.mid(at, pieceLength))));
+  for (ByteSpan rest = asBytes(payload); !rest.empty();) {
+    const auto size = std::min(rest.size(), std::size_t(pieceLength));
+    hashes += toByteArray(Sha1::of(rest.first(size)));
+    rest = rest.subspan(size);
+  }
   return hashes;
 }
 
@@ -37,4 +41,4 @@ TestTorrent TestTorrent::make(const QString& name, const Files& files, std::int6
   return torrent;
 }
 
-} // namespace vellum
+} // namespace vellum::selftest

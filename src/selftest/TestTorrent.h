@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-namespace vellum {
+namespace vellum::selftest {
 
 // A value; any thread.
 struct TestTorrent {
@@ -19,4 +19,4 @@ struct TestTorrent {
   QByteArray payload;
 };
 
-} // namespace vellum
+} // namespace vellum::selftest

@@ -2,7 +2,7 @@
 #include <array>
 #include <asio/write.hpp>
 
-namespace vellum {
+namespace vellum::selftest {
 
 namespace {
 constexpr std::size_t kLargestRequest = 8192; // bytes
@@ -23,4 +23,4 @@ Flow<> TinyHTTP::answer(asio::ip::tcp::socket socket, QByteArray bytes) {
                              asio::use_awaitable);
 }
 
-} // namespace vellum
+} // namespace vellum::selftest

@@ -3,7 +3,7 @@
 #include "selftest/LoopbackListener.h"
 #include <QByteArray>
 
-namespace vellum {
+namespace vellum::selftest {
 
 // Main thread.
 class TinyHTTP {
@@ -18,4 +18,4 @@ private:
   LoopbackListener m_listener;
 };
 
-} // namespace vellum
+} // namespace vellum::selftest

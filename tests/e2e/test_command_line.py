@@ -92,6 +92,16 @@ class Usage(WorldTest):
         self.assertEqual(list(temporary.iterdir()), [])
         self.assertFalse((self.folder / "home").exists())
 
+    def test_failed_checks_are_counted_and_the_run_goes_on(self) -> None:
+        env = dict(os.environ, TMPDIR="/proc")  # where no film can be written
+        checked = subprocess.run([program("vellum"), "--selftest"], env=env, capture_output=True,
+                                 text=True, timeout=60, check=False)
+        *lines, last = checked.stdout.splitlines()
+        failed = [line for line in lines if line.startswith("FAIL  ")]
+        self.assertIn("FAIL  Cache exists while streaming", failed)
+        self.assertTrue(any(" — " in line for line in failed), failed)
+        self.assertEqual((last, checked.returncode), (f"{len(failed)} TEST(S) FAILED", 1))
+
 
 class Sources(WorldTest):
     """Every kind of SOURCE, from seeders of one film."""
