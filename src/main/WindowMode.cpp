@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QFileOpenEvent>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QOpenGLContext>
 #include <QQuickWindow>
 #include <cstdio>
@@ -93,6 +94,9 @@ int runWindowMode(int argc, char** argv, const QStringList& links,
   QGuiApplication application(argc, argv);
   speak(application);
   QGuiApplication::setDesktopFileName(QStringLiteral("vellum"));
+#ifndef Q_OS_MACOS // has it from the bundle
+  QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/vellum.svg")));
+#endif
   const QStringList openable = openableLinks(links, QDir::currentPath());
   SingleInstance instance;
   switch (instance.start(openable)) {

@@ -1,6 +1,7 @@
 """The program under test, streaming."""
 import os
 import re
+import sys
 from pathlib import Path
 
 from .processes import Process, wait_until
@@ -9,6 +10,8 @@ from .processes import Process, wait_until
 def program(name: str) -> Path:
     """A built program: from the environment (VELLUM_BIN), else of the release build."""
     default = Path(__file__).resolve().parents[3] / "build/release/bin"
+    if name == "vellum" and sys.platform == "darwin":
+        name = "Vellum.app/Contents/MacOS/Vellum"
     return Path(os.environ.get("VELLUM_BIN", default)) / name
 
 
