@@ -21,10 +21,14 @@ set_target_properties(
   vellum PROPERTIES MACOSX_BUNDLE ON OUTPUT_NAME Vellum
                     MACOSX_BUNDLE_INFO_PLIST ${PROJECT_BINARY_DIR}/packaging/Info.plist)
 
+# macdeployqt takes the plugin that reads SVG along only if the program links the library behind it.
+find_package(Qt6 6.4 REQUIRED COMPONENTS Svg)
+target_link_libraries(vellum PRIVATE Qt6::Svg)
+
 install(TARGETS vellum BUNDLE DESTINATION .)
 find_program(MACDEPLOYQT_PROGRAM macdeployqt HINTS ${QT6_INSTALL_PREFIX}/${QT6_INSTALL_BINS} REQUIRED)
 install(
   CODE "execute_process(
-  COMMAND ${MACDEPLOYQT_PROGRAM} \$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/Vellum.app
-          -qmldir=${PROJECT_SOURCE_DIR}/src/ui -codesign=-
+  COMMAND \"${MACDEPLOYQT_PROGRAM}\" \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/Vellum.app\"
+          \"-qmldir=${PROJECT_SOURCE_DIR}/src/ui\" -codesign=-
   COMMAND_ERROR_IS_FATAL ANY)")

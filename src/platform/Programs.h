@@ -15,7 +15,7 @@ QString findProgram(const QString& name);
 // installed or cannot be started; what becomes of it afterwards is not told.
 bool openInVlc(const QUrl& url);
 // Hands a magnet link, or the absolute path of a .torrent file, to the program that the user has
-// chosen for such (on Linux: to another one than us). False if there is none.
+// chosen for such, or to another one if that is this program. False if there is none.
 bool openWithDesktop(const QString& link);
 
 } // namespace vellum::platform
