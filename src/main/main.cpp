@@ -45,8 +45,8 @@ int main(int argc, char** argv) {
       return runWindowMode(argc, argv, arguments.links, addresses::defaultTrackers());
     return print(
         stderr,
-        QStringLiteral("There is no display here for a window: ./run stream SOURCE streams "
-                       "in the terminal, and ./run demo shows how."),
+        QStringLiteral("There is no display here for a window: vellum --stream SOURCE streams "
+                       "in the terminal (see vellum --help)."),
         2);
   default: break;
   }
