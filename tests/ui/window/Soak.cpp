@@ -183,6 +183,7 @@ private:
                 "%d; %d complaints\n",
                 int(m_samples.size()), kWarmUp, first, last, m_samples.front().descriptors,
                 m_samples.back().descriptors, m_complaints);
+    std::fflush(stdout); // a leak check ends the process without it
     return m_complaints == 0 && m_world.warnings().isEmpty() && last <= first * kGrowth &&
            m_samples.back().descriptors <= m_samples.front().descriptors + 2;
   }
