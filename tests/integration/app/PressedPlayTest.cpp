@@ -32,7 +32,7 @@ struct PressedPlayTest : testing::Test, MainThread {
                      AudioOutput::Silent);
     playback->player.picture()->viewInSoftware(this, 160, 90);
   }
-  ~PressedPlayTest() override { qunsetenv("VELLUM_HOME"); }
+  ~PressedPlayTest() override { qputenv("VELLUM_HOME", homeBefore); }
 
   void write(const char* name, const QByteArray& bytes) {
     QFile file(content + u'/' + QLatin1String(name));
@@ -49,6 +49,7 @@ struct PressedPlayTest : testing::Test, MainThread {
   TestTorrent torrent() const { return TestTorrent::fromDisk(content.toStdString(), 65536); }
   QString streams() const { return state->cache.torrentDir() + QStringLiteral("/streams"); }
 
+  const QByteArray homeBefore = qgetenv("VELLUM_HOME");
   QTemporaryDir folder;
   const QString content = folder.filePath(QStringLiteral("content"));
   NoDesktop desktop;

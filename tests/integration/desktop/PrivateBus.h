@@ -2,6 +2,7 @@
 #pragma once
 #include "StartedProgram.h"
 #include <QDBusConnection>
+#include <QTemporaryDir>
 
 namespace vellum::test {
 
@@ -18,9 +19,12 @@ public:
   const QString& address() const { return m_address; }
 
 private:
-  StartedProgram m_daemon{{QStringLiteral("dbus-daemon"), QStringLiteral("--session"),
-                           QStringLiteral("--nofork"), QStringLiteral("--nosyslog"),
-                           QStringLiteral("--print-address")}};
+  QTemporaryDir m_folder; // a daemon that is killed leaves its socket
+  StartedProgram m_daemon{
+      {QStringLiteral("dbus-daemon"), QStringLiteral("--session"), QStringLiteral("--nofork"),
+       QStringLiteral("--nosyslog"),
+       QStringLiteral("--address=unix:path=") + m_folder.filePath(QStringLiteral("bus")),
+       QStringLiteral("--print-address")}};
   QString m_address = QString::fromUtf8(m_daemon.line());
   QStringList m_names;
 };

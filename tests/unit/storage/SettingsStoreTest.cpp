@@ -10,8 +10,9 @@ QString key(const char* name) { return QLatin1String(name); }
 
 struct SettingsStoreTest : testing::Test {
   SettingsStoreTest() { qputenv("VELLUM_HOME", home.path().toUtf8()); }
-  ~SettingsStoreTest() override { qunsetenv("VELLUM_HOME"); }
+  ~SettingsStoreTest() override { qputenv("VELLUM_HOME", homeBefore); }
 
+  const QByteArray homeBefore = qgetenv("VELLUM_HOME");
   QTemporaryDir home;
   PreferenceStore preferences;
 };

@@ -29,7 +29,7 @@ struct PlayerModelTest : testing::Test, test::MainThread {
   }
   ~PlayerModelTest() override {
     model.reset();
-    qunsetenv("VELLUM_HOME");
+    qputenv("VELLUM_HOME", homeBefore);
   }
 
   void play(const char* address) {
@@ -39,6 +39,7 @@ struct PlayerModelTest : testing::Test, test::MainThread {
   }
   double saved() const { return library.entry(text("id|name"))->position; }
 
+  const QByteArray homeBefore = qgetenv("VELLUM_HOME");
   QTemporaryDir folder;
   NoDesktop desktop;
   LibraryStore library{folder.filePath(text("history.json"))};
