@@ -74,7 +74,7 @@
     </message>
     <message>
         <source>Search Vidarium films, documentaries, shorts…</source>
-        <translation>Filme, Dokumentationen und Kurzfilme auf Vidarium suchen …</translation>
+        <translation>Filme, Dokumentationen und Kurzfilme auf Vidarium suchen&#xa0;…</translation>
     </message>
     <message>
         <source>Search the Internet Archive&apos;s public video catalog. For torrent sources, use Torrent Search.</source>
@@ -103,6 +103,13 @@
     <message>
         <source>Clear the watch history?</source>
         <translation>Wiedergabeverlauf löschen?</translation>
+    </message>
+</context>
+<context>
+    <name>ContentCoding</name>
+    <message>
+        <source>The answer cannot be unpacked</source>
+        <translation>Die Antwort lässt sich nicht entpacken</translation>
     </message>
 </context>
 <context>
@@ -195,7 +202,7 @@
     <name>FolderRow</name>
     <message>
         <source>Choose…</source>
-        <translation>Auswählen …</translation>
+        <translation>Auswählen&#xa0;…</translation>
     </message>
     <message>
         <source>%1: choose</source>
@@ -237,7 +244,7 @@
     </message>
     <message>
         <source>Loading catalog…</source>
-        <translation>Katalog wird geladen …</translation>
+        <translation>Katalog wird geladen&#xa0;…</translation>
     </message>
     <message>
         <source>Featured Public-Domain Films</source>
@@ -311,7 +318,7 @@
     </message>
     <message>
         <source>Inspecting files…</source>
-        <translation>Dateien werden abgefragt …</translation>
+        <translation>Dateien werden abgefragt&#xa0;…</translation>
     </message>
 </context>
 <context>
@@ -528,11 +535,11 @@
     </message>
     <message>
         <source>Skip Back 10s</source>
-        <translation>10 s zurück</translation>
+        <translation>10&#xa0;s zurück</translation>
     </message>
     <message>
         <source>Skip Forward 10s</source>
-        <translation>10 s vor</translation>
+        <translation>10&#xa0;s vor</translation>
     </message>
     <message>
         <source>Volume Up</source>
@@ -833,7 +840,7 @@
     </message>
     <message>
         <source>Add Provider…</source>
-        <translation>Anbieter hinzufügen …</translation>
+        <translation>Anbieter hinzufügen&#xa0;…</translation>
     </message>
     <message>
         <source>Providers are queried only when you search, and only for metadata. Third-party index availability and legality vary by region; you&apos;re responsible for what you access.</source>
@@ -854,13 +861,6 @@
     <message>
         <source>Remove “%1”?</source>
         <translation>„%1“ entfernen?</translation>
-    </message>
-</context>
-<context>
-    <name>QNetworkReply</name>
-    <message>
-        <source>Operation canceled</source>
-        <translation>Vorgang abgebrochen</translation>
     </message>
 </context>
 <context>
@@ -920,7 +920,7 @@
     <name>SearchFields</name>
     <message>
         <source>Search title or keywords across enabled providers…</source>
-        <translation>Titel oder Stichwörter bei allen aktiven Anbietern suchen …</translation>
+        <translation>Titel oder Stichwörter bei allen aktiven Anbietern suchen&#xa0;…</translation>
     </message>
     <message>
         <source>Search</source>
@@ -936,7 +936,7 @@
     </message>
     <message>
         <source>Open .torrent…</source>
-        <translation>.torrent öffnen …</translation>
+        <translation>.torrent öffnen&#xa0;…</translation>
     </message>
 </context>
 <context>
@@ -1130,26 +1130,26 @@
     </message>
     <message>
         <source>Waiting for data from peers…</source>
-        <translation>Warten auf Daten von Peers …</translation>
+        <translation>Warten auf Daten von Peers&#xa0;…</translation>
     </message>
 </context>
 <context>
     <name>StreamTexts</name>
     <message>
         <source>Connecting to peers…</source>
-        <translation>Verbindung zu Peers wird hergestellt …</translation>
+        <translation>Verbindung zu Peers wird hergestellt&#xa0;…</translation>
     </message>
     <message>
         <source>Fetching metadata…</source>
-        <translation>Metadaten werden geladen …</translation>
+        <translation>Metadaten werden geladen&#xa0;…</translation>
     </message>
     <message>
         <source>Selecting file…</source>
-        <translation>Datei wird ausgewählt …</translation>
+        <translation>Datei wird ausgewählt&#xa0;…</translation>
     </message>
     <message>
         <source>Buffering %1%</source>
-        <translation>Puffert %1 %</translation>
+        <translation>Puffert %1&#xa0;%</translation>
     </message>
     <message>
         <source>Playing</source>
@@ -1176,7 +1176,7 @@
     </message>
     <message>
         <source>Buffering…</source>
-        <translation>Puffert …</translation>
+        <translation>Puffert&#xa0;…</translation>
     </message>
 </context>
 <context>
@@ -1187,7 +1187,7 @@
     </message>
     <message>
         <source>Choose File…</source>
-        <translation>Datei auswählen …</translation>
+        <translation>Datei auswählen&#xa0;…</translation>
     </message>
 </context>
 <context>
@@ -1613,7 +1613,7 @@
     </message>
     <message>
         <source>Searching…</source>
-        <translation>Suche läuft …</translation>
+        <translation>Suche läuft&#xa0;…</translation>
     </message>
     <message>
         <source>No results.</source>
@@ -1641,7 +1641,7 @@
     </message>
     <message>
         <source>Details &amp; Play…</source>
-        <translation>Details &amp; Wiedergabe …</translation>
+        <translation>Details &amp; Wiedergabe&#xa0;…</translation>
     </message>
     <message>
         <source>Inspect Magnet</source>

@@ -29,8 +29,9 @@ std::vector<Subject> countedSubjects(std::initializer_list<const MediaItems*> sh
   for (const MediaItems* shelf : shelves)
     for (const MediaItem& item : *shelf)
       for (const QString& subject : item.subjects.mid(0, kSubjectsOfAnItem)) {
-        if (subject.size() > kLongestSubject * kUnitsOfACharacter) continue;
-        const QString text = subject.toLower().trimmed();
+        const QStringView trimmed = QStringView(subject).trimmed();
+        if (trimmed.size() > kLongestSubject * kUnitsOfACharacter) continue;
+        const QString text = trimmed.toString().toLower();
         const auto found = known.constFind(text);
         if (found != known.constEnd()) {
           ++subjects[*found].count;

@@ -39,35 +39,37 @@ Download::Download(QNetworkReply& reply, std::chrono::milliseconds timeout, std:
     : QObject(&reply), m_reply(reply), m_maxBytes(maxBytes), m_finished(std::move(finished)) {
   connect(&m_reply, &QNetworkReply::readyRead, this, &Download::take);
   connect(&m_reply, &QNetworkReply::finished, this, &Download::finish);
-  connect(&m_timer, &QTimer::timeout, this, [this] { end(NetError::timedOut()); });
+  connect(&m_timer, &QTimer::timeout, this, [this] { fail(NetError::timedOut()); });
   m_timer.setSingleShot(true);
   m_timer.start(timeout);
 }
 
-void Download::abort() {
-  end(NetError::platform(NetError::Reason::Other, QNetworkReply::tr("Operation canceled")));
-}
+void Download::abort() { end({.response = {}, .error = {}, .wasAborted = true}); }
+
+void Download::fail(NetError error) { end({.response = {}, .error = std::move(error)}); }
 
 void Download::take() {
   m_body += m_reply.readAll();
-  if (m_body.size() > m_maxBytes) end(NetError::tooLarge());
+  if (m_body.size() > m_maxBytes) fail(NetError::tooLarge());
 }
 
 void Download::finish() {
   // An aborted reply is closed, and what it held is gone.
   if (m_reply.isOpen()) take();
-  end(errorOf(m_reply, status()));
+  Outcome outcome{.response = {}, .error = errorOf(m_reply, status())};
+  if (!outcome.error) outcome.response.body = std::move(m_body);
+  end(std::move(outcome));
 }
 
 int Download::status() const {
   return m_reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
 }
 
-void Download::end(std::optional<NetError> error) {
+void Download::end(Outcome outcome) {
   if (!m_finished) return;
   const Finished finished = std::exchange(m_finished, nullptr);
-  Outcome outcome{{{}, {}, status()}, std::move(error)};
-  if (!outcome.error) outcome.response.body = std::move(m_body);
+  outcome.response.status = status();
+  outcome.coding = m_reply.rawHeader("Content-Encoding");
   if (m_reply.hasRawHeader("Content-Type"))
     outcome.response.contentType = QString::fromLatin1(m_reply.rawHeader("Content-Type"));
   m_timer.stop();

@@ -17,8 +17,10 @@ namespace vellum {
 class Download final : public QObject {
 public:
   struct Outcome {
-    HttpResponse response;
+    HttpResponse response;         // its body as it came, still packed
+    QByteArray coding = {};        // what it is packed with; empty for nothing
     std::optional<NetError> error; // when there is no whole answer
+    bool wasAborted = false;       // by us; then there is neither answer nor error
   };
   // Called once, on the main thread; not at all if the reply is destroyed before its end.
   using Finished = std::function<void(Outcome)>;
@@ -34,7 +36,8 @@ private:
   void take();
   void finish();
   int status() const;
-  void end(std::optional<NetError> error);
+  void fail(NetError error);
+  void end(Outcome outcome);
 
   QNetworkReply& m_reply;
   const std::int64_t m_maxBytes;

@@ -1,4 +1,5 @@
 #include "net/HttpClient.h"
+#include "net/ContentCoding.h"
 #include "net/Download.h"
 #include <QDir>
 #include <QNetworkAccessManager>
@@ -44,6 +45,8 @@ public:
     QNetworkRequest request(ask.url);
     if (!ask.range.isEmpty()) request.setRawHeader("Range", ask.range);
     request.setRawHeader("User-Agent", "VellumApp/1.0 (macOS)");
+    // Named by us, so that Qt leaves the body packed: it would unpack all of it at once, here.
+    request.setRawHeader("Accept-Encoding", kAcceptedCoding);
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::NoLessSafeRedirectPolicy);
     return new Download(*manager().get(request), ask.timeout, ask.maxBytes, std::move(finished));
@@ -92,7 +95,7 @@ private:
 
 // The awaiting side of a fetch. The handler belongs to the awaiting coroutine's executor: the main
 // thread only ever posts to that, and a cancellation, which comes on that executor, only ever posts
-// to the main thread. All members are touched on the main thread alone.
+// to the main thread. Once made, its members are touched on the main thread alone.
 template <class Handler>
 struct HttpClient::Waiting {
   explicit Waiting(Handler h) : handler(std::move(h)) {}
@@ -133,7 +136,9 @@ Flow<HttpResponse> HttpClient::request(MainLoop& main, std::weak_ptr<Requests> r
         waiting->complete(asio::error::operation_aborted, {});
       else if (waiting->handler) // else it was cancelled before it began
         waiting->download = alive->start(ask, [waiting](Download::Outcome outcome) {
-          waiting->complete({}, std::move(outcome));
+          waiting->complete(outcome.wasAborted ? asio::error_code(asio::error::operation_aborted)
+                                               : asio::error_code(),
+                            std::move(outcome));
         });
     });
   };
@@ -142,7 +147,9 @@ Flow<HttpResponse> HttpClient::request(MainLoop& main, std::weak_ptr<Requests> r
                                     void(asio::error_code, Download::Outcome)>(initiate,
                                                                                asio::use_awaitable);
   if (outcome.error) throw NetError(*outcome.error);
-  co_return std::move(outcome.response);
+  HttpResponse& response = outcome.response;
+  response.body = unpacked(std::move(response.body), outcome.coding, ask.maxBytes);
+  co_return std::move(response);
 }
 
 Flow<QByteArray> HttpClient::fetch(MainLoop& main, std::weak_ptr<Requests> requests, QUrl url,

@@ -42,7 +42,8 @@ TorrentResults ApiBayProvider::parse(const QByteArray& bytes, const QString& sou
     result.leechers = number(row.value(QLatin1String("leechers")));
     result.sources = {source};
     result.magnet = makeMagnet(*hash, *name);
-    if (!results.add(std::move(result))) break;
+    results.add(std::move(result));
+    if (results.isFull()) break;
   }
   return results.take();
 }

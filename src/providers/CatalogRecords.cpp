@@ -13,21 +13,28 @@ namespace vellum {
 namespace {
 
 constexpr qsizetype kYearDigits = 4;
-constexpr qsizetype kLongestText = 4096; // characters of a text that is cut into many
+// What is repeated in every address of a record, or cut into many, is bounded.
+constexpr qsizetype kLongestIdentifier = 255; // characters
+constexpr qsizetype kLongestName = 4096;      // characters, of a file
+constexpr std::size_t kMostFiles = 100'000;
+constexpr qsizetype kMostSubjects = 1000;
 
 std::optional<QString> firstOf(const QJsonObject& object, const char* key) {
   return ArchiveOrgProvider::first(object.value(QLatin1String(key)));
 }
 
 QStringList splitSubjects(const QString& text) {
-  QStringList subjects = text.first(std::min(text.size(), kLongestText)).split(u';');
-  for (QString& subject : subjects) subject = subject.trimmed();
+  QStringList subjects;
+  for (const QStringView part : QStringView(text).tokenize(u';')) {
+    if (subjects.size() == kMostSubjects) break;
+    subjects.append(part.trimmed().toString());
+  }
   return subjects;
 }
 
 std::optional<MediaItem> searchItem(const QJsonObject& doc) {
   const auto id = firstOf(doc, "identifier");
-  if (!id) return std::nullopt;
+  if (!id || id->size() > kLongestIdentifier) return std::nullopt;
   const QJsonValue subject = doc.value(QLatin1String("subject"));
   MediaItem item;
   item.id = *id;
@@ -58,14 +65,13 @@ MediaItem recordItem(const QJsonObject& metadata, const QString& id) {
   return item;
 }
 
-std::optional<ArchiveFile> recordFile(const QJsonObject& object, const QString& id) {
+// `folder` is the address that the names of a record's files go behind.
+std::optional<ArchiveFile> recordFile(const QJsonObject& object, const QString& folder) {
   const auto name = firstOf(object, "name");
-  if (!name || name->size() > kLongestText) return std::nullopt;
+  if (!name || name->size() > kLongestName) return std::nullopt;
   QStringList parts = name->split(u'/', Qt::SkipEmptyParts);
   for (QString& part : parts) part = percentEncodedPath(part);
-  const QUrl url(addresses::catalogBase() + QStringLiteral("/download/") + percentEncodedPath(id) +
-                     u'/' + parts.join(u'/'),
-                 QUrl::StrictMode);
+  const QUrl url(folder + parts.join(u'/'), QUrl::StrictMode);
   if (!url.isValid()) return std::nullopt;
   return ArchiveFile{*name, firstOf(object, "format").value_or(QString()),
                      parseInt64(firstOf(object, "size").value_or(QString())), url};
@@ -115,12 +121,17 @@ std::optional<ArchiveDetails> ArchiveOrgProvider::parseDetails(const QByteArray&
                                                                const QString& id) {
   const auto document = parsed(bytes);
   if (!document || !(*document)[QLatin1String("metadata")].isObject()) return std::nullopt;
+  if (id.size() > kLongestIdentifier) return std::nullopt;
   const QJsonObject metadata = (*document)[QLatin1String("metadata")].toObject();
   ArchiveDetails details{recordItem(metadata, id), {}, false};
   details.restricted = firstOf(metadata, "access-restricted-item") == QStringLiteral("true");
+  const QString folder =
+      addresses::catalogBase() + QStringLiteral("/download/") + percentEncodedPath(id) + u'/';
   const auto files = json::objects((*document)[QLatin1String("files")]);
-  for (const QJsonObject& object : files.value_or(std::vector<QJsonObject>()))
-    if (auto file = recordFile(object, id)) details.files.push_back(std::move(*file));
+  for (const QJsonObject& object : files.value_or(std::vector<QJsonObject>())) {
+    if (details.files.size() == kMostFiles) break;
+    if (auto file = recordFile(object, folder)) details.files.push_back(std::move(*file));
+  }
   std::stable_sort(details.files.begin(), details.files.end(), comesBefore);
   return details;
 }

@@ -3,7 +3,6 @@
 #include "base/DescribedError.h"
 #include <QJsonObject>
 #include <QJsonValue>
-#include <QUrl>
 #include <optional>
 #include <vector>
 

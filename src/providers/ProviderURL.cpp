@@ -31,7 +31,7 @@ std::optional<QUrl> ProviderURL::build(const QString& base, const QString& path,
     if (whole.endsWith(u'/')) whole.chop(1);
     url->setPath(whole + path, QUrl::StrictMode);
   }
-  QStringList query;
+  QStringList query; // the base's own stays as the user wrote it: "%2B" is no "+" everywhere
   if (const QString own = url->query(QUrl::FullyEncoded); !own.isEmpty()) query.append(own);
   for (const auto& [name, value] : items) query.append(encoded(name) + u'=' + encoded(value));
   if (!query.isEmpty()) url->setQuery(query.join(u'&'), QUrl::StrictMode);

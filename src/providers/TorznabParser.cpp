@@ -38,9 +38,7 @@ qint64 leechersAmong(qint64 peers, qint64 seeders) {
 }
 
 std::optional<QUrl> urlOf(const std::optional<QString>& text) {
-  const QUrl url(text.value_or(QString()));
-  if (url.isEmpty() || !url.isValid()) return std::nullopt;
-  return url;
+  return ResultList::link(text.value_or(QString()));
 }
 
 } // namespace

@@ -27,6 +27,7 @@ public:
   void endElement(QStringView name);
 
   const std::optional<IndexerError>& apiError() const { return m_apiError; }
+  bool isFull() const { return m_results.isFull(); } // makes no more of what follows
   TorrentResults takeResults() { return m_results.take(); }
 
 private:

@@ -18,7 +18,7 @@ std::optional<XmlError> read(const QString& xml, TorznabParser& parser) {
   QXmlStreamReader reader(xml);
   reader.setNamespaceProcessing(false);
   int depth = 0;
-  while (!reader.atEnd()) {
+  while (!reader.atEnd() && !parser.isFull()) {
     switch (reader.readNext()) {
     case QXmlStreamReader::StartElement:
       if (++depth > TorznabProvider::kMaxDepth)

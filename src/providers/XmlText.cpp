@@ -12,7 +12,7 @@ constexpr qsizetype kDeclaration = 200; // characters in which an encoding is de
 // The name of the encoding in the declaration, in upper case; empty if there is none.
 QByteArray declaredEncoding(const QByteArray& bytes) {
   static const QRegularExpression declaration(
-      QStringLiteral(R"(^(?:\xef\xbb\xbf)?<\?xml[^>]*\bencoding\s*=\s*["']([^"']*)["'])"));
+      QStringLiteral(R"(^<\?xml[^>]*\bencoding\s*=\s*["']([^"']*)["'])"));
   const QString start = QString::fromLatin1(bytes.first(std::min(bytes.size(), kDeclaration)));
   return declaration.match(start).captured(1).toUpper().toLatin1();
 }
@@ -44,7 +44,9 @@ Tag readTag(QStringView xml, qsizetype from) {
 } // namespace
 
 std::optional<QString> decodedXml(const QByteArray& bytes) {
-  const QByteArray encoding = declaredEncoding(bytes);
+  // The mark says what the text really is, whatever it declares.
+  const bool isMarked = bytes.startsWith("\xef\xbb\xbf");
+  const QByteArray encoding = isMarked ? QByteArray("UTF-8") : declaredEncoding(bytes);
   if (encoding == "ISO-8859-1") return QString::fromLatin1(bytes);
   QStringDecoder decoder(QStringConverter::Utf8);
   QString text = decoder.decode(bytes);

@@ -16,12 +16,6 @@ struct Film {
   std::optional<QUrl> page;
 };
 
-std::optional<QUrl> url(const QJsonValue& value) {
-  const QUrl parsed(value.toString());
-  if (parsed.isEmpty() || !parsed.isValid()) return std::nullopt;
-  return parsed;
-}
-
 // A fraction is cut off; what does not fit 64 bits is no size.
 std::optional<qint64> byteCount(const QJsonValue& value) {
   if (const auto whole = json::integer(value)) return whole;
@@ -37,7 +31,7 @@ Film readFilm(const QJsonObject& object) {
   const QString title = json::string(object.value(QLatin1String("title")))
                             .value_or(QCoreApplication::translate("YTSProvider", "Untitled"));
   film.title = title + QStringLiteral(" (") + film.year.value_or(QStringLiteral("?")) + u')';
-  film.page = url(object.value(QLatin1String("url")));
+  film.page = ResultList::link(object.value(QLatin1String("url")).toString());
   return film;
 }
 
@@ -57,7 +51,7 @@ std::optional<TorrentResult> readTorrent(const QJsonObject& object, const Film& 
   result.sources = {source};
   if (!ResultList::isGoodTitle(result.title)) return std::nullopt;
   result.magnet = makeMagnet(*hash, result.title);
-  result.torrentURL = url(object.value(QLatin1String("url")));
+  result.torrentURL = ResultList::link(object.value(QLatin1String("url")).toString());
   result.pageURL = film.page;
   result.year = film.year;
   result.baseTitle = film.title;
@@ -78,8 +72,9 @@ TorrentResults YTSProvider::parse(const QByteArray& bytes, const QString& source
     if (!torrents) continue;
     const Film film = readFilm(object);
     for (const QJsonObject& torrent : *torrents)
-      if (auto result = readTorrent(torrent, film, source))
-        if (!results.add(std::move(*result))) return results.take();
+      if (auto result = readTorrent(torrent, film, source); result && !results.isFull())
+        results.add(std::move(*result));
+    if (results.isFull()) break;
   }
   return results.take();
 }

@@ -1,4 +1,5 @@
 #include "NetTest.h"
+#include "support/Gzip.h"
 
 namespace vellum::test {
 namespace {
@@ -58,8 +59,13 @@ TEST_F(HttpFailureTest, ABodyBeyondTheLimitIsDropped) {
     EXPECT_TRUE(turnUntil([&] { return server.dropped() == 1; }));
   }
   ScriptedServer server([&](const QByteArray&) { return ScriptedServer::reply(200, block); });
+  ScriptedServer packed([&](const QByteArray&) {
+    return ScriptedServer::reply(200, gzip(block), "Content-Encoding: gzip\r\n");
+  });
   EXPECT_EQ(get(server.url(), 8s, block.size()).body.size(), block.size());
   EXPECT_EQ(get(server.url(), 8s, block.size() - 1).error, tooLarge);
+  EXPECT_EQ(get(packed.url(), 8s, block.size()).body, block);
+  EXPECT_EQ(get(packed.url(), 8s, block.size() - 1).error, tooLarge);
 }
 
 } // namespace

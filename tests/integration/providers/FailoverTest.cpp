@@ -2,6 +2,7 @@
 #include "net/HttpClient.h"
 #include "providers/ProviderHealthChecker.h"
 #include "providers/SearchAggregator.h"
+#include "support/Gzip.h"
 #include "support/LoopbackThread.h"
 #include "support/MainThread.h"
 #include "support/ScriptedServer.h"
@@ -68,10 +69,10 @@ struct FailoverTest : testing::Test, MainThread {
     if (is("short/")) return {"HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\n", "[]"};
     if (is("nowhere/")) return ScriptedServer::reply(302, "[]");
     if (is("moved/")) return ScriptedServer::reply(302, "", "Location: /good/q.php\r\n");
-    if (is("packed/")) {
-      const QByteArray gzip(
-          "\x1f\x8b\x08\0\0\0\0\0\x02\xff\x8b\x8e\x05\0\x29\xbb\x4c\x0d\x02\0\0\0", 22);
-      return ScriptedServer::reply(200, gzip, "Content-Encoding: gzip\r\n");
+    if (is("packed/")) return ScriptedServer::reply(200, gzip("[]"), "Content-Encoding: gzip\r\n");
+    if (is("bomb/")) {
+      static const QByteArray bomb = gzip(QByteArray(HttpClient::kLargestBody + 1, '['));
+      return ScriptedServer::reply(200, bomb, "Content-Encoding: gzip\r\n");
     }
     return ScriptedServer::reply(200, "[]");
   }
@@ -106,6 +107,7 @@ TEST_F(FailoverTest, EveryMisbehaviourIsToldAndPassedOver) {
                                     {at("/nowhere"), "HTTP 302"},
                                     {at("/empty"), "returned a non-API response"},
                                     {at("/liar"), "returned a non-API response"},
+                                    {at("/bomb"), "returned a non-API response"},
                                     {at("/page"), "page"},
                                     {at("/forbidden"), "page"},
                                     {at("/challenge"), "page"},

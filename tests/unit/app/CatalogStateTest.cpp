@@ -25,6 +25,7 @@ struct CatalogStateTest : testing::Test, MainThread {
   std::vector<CatalogQuery> asked;
   bool wasOnMain = false;
   std::atomic<int> answered = 0; // of those that were found
+  std::atomic<int> running = 0;
 
   static Flow<MediaItems> answer(CatalogStateTest& self, CatalogQuery query) {
     {
@@ -32,6 +33,8 @@ struct CatalogStateTest : testing::Test, MainThread {
       self.asked.push_back(query);
       self.wasOnMain = self.wasOnMain || self.main.isCurrentThread();
     }
+    ++self.running;
+    const auto leave = qScopeGuard([&] { --self.running; });
     const QString key = query.text.value_or(query.extra.value_or(query.sort));
     const auto gate = self.held.find(key);
     while (gate != self.held.end() && gate->second) co_await sleepFor(std::chrono::milliseconds(1));
@@ -44,9 +47,10 @@ struct CatalogStateTest : testing::Test, MainThread {
   }
 
   IoPool pool;
-  std::optional<CatalogState> state{std::in_place, main, pool, [this](CatalogQuery query) {
-                                      return answer(*this, std::move(query));
-                                    }};
+  const CatalogState::Search search = [this](CatalogQuery query) {
+    return answer(*this, std::move(query));
+  };
+  std::optional<CatalogState> state{std::in_place, main, pool, search};
 };
 
 TEST_F(CatalogStateTest, LoadsBothShelvesOnce) {
@@ -97,7 +101,14 @@ TEST_F(CatalogStateTest, SearchesAndBrowsesCollections) {
   EXPECT_TRUE(state->searchResults().empty());
 
   const auto collections = CatalogState::collections();
-  ASSERT_EQ(collections.size(), 8U);
+  QStringList table;
+  for (const auto& [id, title, query] : collections)
+    table += id + u'=' + title + u'=' + query.mid(QStringLiteral("collection:").size());
+  EXPECT_EQ(table.join(u' '),
+            text("feature_films=Feature Films=(feature_films) silent=Silent Films=(silent_films) "
+                 "noir=Film Noir=(film_noir) scifi=Sci-Fi & Horror=(SciFi_Horror) "
+                 "classic_tv=Classic TV=(classic_tv) animation=Animation=(animationandcartoons) "
+                 "prelinger=Prelinger Archives=(prelinger) comedy=Comedy=(comedy_films)"));
   answers[collections[3].query] = items("scifi");
   for (const std::size_t index : {3U, 4U}) {
     state->loadCollection(collections[index]);
@@ -107,15 +118,19 @@ TEST_F(CatalogStateTest, SearchesAndBrowsesCollections) {
               (CatalogQuery{{}, collections[index].query, text("downloads desc"), 60, 1}));
     EXPECT_EQ(state->discoverResults(), index == 3 ? items("scifi") : MediaItems());
   }
+}
 
+TEST_F(CatalogStateTest, NobodyIsToldOnceTheStateIsGone) {
+  answers[text("after")] = items("after");
   held[text("slow")] = true;
-  state->searchFor(text("slow")); // nobody is told once the state is gone
-  ASSERT_TRUE(turnUntil([&] {
-    const std::lock_guard lock(mutex);
-    return asked.back().text == text("slow");
-  }));
-  state.reset();
-  QCoreApplication::processEvents();
+  state->searchFor(text("slow"));
+  ASSERT_TRUE(turnUntil([&] { return running == 1; }));
+  state.emplace(main, pool, search); // in the same place, where it would hear what is not for it
+  ASSERT_TRUE(turnUntil([&] { return running == 0; }));
+  state->loadCollection({{}, {}, text("after")}); // whose answer comes behind it
+  ASSERT_TRUE(turnUntil([&] { return !state->discoverLoading(); }));
+  EXPECT_EQ(state->discoverResults(), items("after"));
+  EXPECT_FALSE(state->searchError());
 }
 
 TEST_F(CatalogStateTest, ShowsTheChosenCollectionWhicheverAnswersFirst) {
@@ -143,8 +158,8 @@ TEST_F(CatalogStateTest, ShowsTheChosenCollectionWhicheverAnswersFirst) {
 
 TEST_F(CatalogStateTest, SuggestsTheMostFrequentSubjects) {
   const QString longest(23, u'x');
-  answers[text("collection:(feature_films)")] =
-      items("f", {text("Drama"), text("ab"), longest, longest + u'x', text("noir")});
+  answers[text("collection:(feature_films)")] = items(
+      "f", {QString(500, u' ') + text("Drama"), text("ab"), longest, longest + u'x', text("noir")});
   answers[text("week desc")] =
       items("p", {text(" drama "), text("Noir"), text("DRAMA"), text("abc"),
                   QString::fromUtf8("cafe\xcc\x81") + QString(19, u'y')});
@@ -153,6 +168,19 @@ TEST_F(CatalogStateTest, SuggestsTheMostFrequentSubjects) {
   EXPECT_EQ(state->suggestions().join(u' '), text("drama noir ") + longest +
                                                  QString::fromUtf8(" abc cafe\xcc\x81") +
                                                  QString(19, u'y'));
+
+  QStringList many(100, text("ab")); // too short to be one; what follows so many is left out
+  many[0] = text("first");
+  many.append(text("left out"));
+  for (char letter = 'a'; letter <= 'k'; ++letter)
+    answers[text("week desc")][0].subjects += QString(3, QLatin1Char(letter));
+  answers[text("collection:(feature_films)")] = items("f", many);
+  state.emplace(main, pool, search);
+  state->loadHome();
+  ASSERT_TRUE(loaded());
+  EXPECT_EQ(state->suggestions().join(u' '), text("drama first noir abc ") +
+                                                 QString::fromUtf8("cafe\xcc\x81") +
+                                                 QString(19, u'y') + text(" aaa bbb ccc ddd eee"));
 }
 
 TEST_F(CatalogStateTest, RemembersWhatWasViewedOfTheCatalog) {

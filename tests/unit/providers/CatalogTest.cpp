@@ -58,11 +58,14 @@ TEST(ArchiveOrgProvider, AsksExactly) {
   body = R"({"metadata":{}})";
   EXPECT_EQ(runFlow(catalog.details(text("id"))).item.title, text("id"));
 
+  body = R"({"response":{"docs":[{"identifier":"a"},{"identifier":"b"}]}})";
+  const CatalogQuery one{.text = {}, .extra = {}, .rows = 1};
+  EXPECT_EQ(runFlow(catalog.search(one)).size(), 1U);
   error = NetError::tooLarge(); // as good as no answer of a catalog
-  EXPECT_TRUE(runFlow(catalog.search({})).empty());
+  EXPECT_TRUE(runFlow(catalog.search(one)).empty());
   EXPECT_THROW(runFlow(catalog.details(text("id"))), NetError);
   error = NetError::http(500);
-  EXPECT_THROW(runFlow(catalog.search({})), NetError);
+  EXPECT_THROW(runFlow(catalog.search(one)), NetError);
 }
 
 TEST(ArchiveOrgProvider, ReadsLooseValues) {
@@ -104,15 +107,23 @@ TEST(ArchiveOrgProvider, ReadsSearchAnswers) {
 }
 
 TEST(ArchiveOrgProvider, ReadsRecordsAndPutsTheMostPlayableFileFirst) {
-  const auto details = Catalog::parseDetails(R"({"metadata":{"date":"1957-03-01","subject":" a ;;b",
+  const auto details =
+      Catalog::parseDetails(R"({"metadata":{"title":["T"],"date":"1957-03-01","subject":" a ;;b",
+      "description":"<i>d</i>","creator":"c","licenseurl":"l","downloads":7,
       "access-restricted-item":["true"]},"files":[
     {"name":"o.ogv","format":"Ogg Video","size":"1000"}, {"format":"no name"},
     {"name":"s.mp4","format":"H.264 IA","size":"100"}, {"name":"dir//a b/ü#.mp4","format":"MPEG4","size":200},
     {"name":"n.txt","size":"x"}, {"name":"m.bin"}]})",
-                                             text("i d"));
+                            text("i d"));
   ASSERT_TRUE(details);
-  EXPECT_EQ(details->item.year, text("1957"));
-  EXPECT_EQ(details->item.subjects.join(u'|'), text("a||b"));
+  EXPECT_EQ(details->item, (MediaItem{text("i d"),
+                                      text("T"),
+                                      text("1957"),
+                                      text("d"),
+                                      text("c"),
+                                      {text("a"), QString(), text("b")},
+                                      0,
+                                      text("l")}));
   EXPECT_TRUE(details->restricted);
   QStringList names;
   for (const ArchiveFile& file : details->files) names += file.name;
@@ -126,6 +137,28 @@ TEST(ArchiveOrgProvider, ReadsRecordsAndPutsTheMostPlayableFileFirst) {
     EXPECT_FALSE(Catalog::parseDetails(odd, text("x"))) << odd;
   EXPECT_TRUE(
       Catalog::parseDetails(R"({"metadata":{},"files":[{"name":"a"},1]})", {})->files.empty());
+}
+
+// A small answer must not become any amount of memory by repeating what stands in it once.
+TEST(ArchiveOrgProvider, BoundsWhatIsRepeatedOrCut) {
+  const QByteArray longest(255, 'i'),
+      record = R"({"metadata":{"subject":")" + QByteArray(1500, ';') + R"("},"files":[)";
+  const auto found = [](const QByteArray& id) {
+    return Catalog::parseSearch(R"({"response":{"docs":[{"identifier":")" + id + "\"}]}}").size();
+  };
+  EXPECT_EQ(found(longest), 1U);
+  EXPECT_EQ(found(longest + 'i'), 0U);
+  EXPECT_FALSE(Catalog::parseDetails(record + "]}", QString(256, u'i')));
+
+  const auto named = [](qsizetype letters) {
+    return "{\"name\":\"" + QByteArray(letters, 'n') + "\"},";
+  };
+  const auto details = Catalog::parseDetails(
+      record + named(4096) + named(4097) + named(1).repeated(100'001) + "{}]}", text("id"));
+  ASSERT_TRUE(details);
+  EXPECT_EQ(details->item.subjects.size(), 1000);
+  EXPECT_EQ(details->files.size(), 100'000U);
+  EXPECT_EQ(details->files[1].name, text("n")) << "the second is too long";
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "base/Text.h"
 #include "formats/TorrentMetadata.h"
 #include "net/NetError.h"
 #include "providers/ApiBayProvider.h"
@@ -56,6 +57,7 @@ TEST(ApiBayProvider, ReadsRowsAndSkipsBadOnes) {
         "{\"name\":\"x\",\"info_hash\":\"" + zeros + "\"}"})
     EXPECT_EQ(parse(good + "}," + bad + "," + good + "}").size(), 2U) << bad.toStdString();
   EXPECT_EQ(parse("{\"name\":\"x\",\"info_hash\":\"" + zeros.first(39) + "1\"}").size(), 1U);
+  EXPECT_EQ(parse("{\"name\":\"x\",\"info_hash\":\"" + kHash.first(32) + "\"}").size(), 1U);
   EXPECT_TRUE(parse("").empty());
   EXPECT_THROW(parse("1"), NetError);
   EXPECT_THROW(ApiBayProvider::parse("{}", kSource), NetError);
@@ -65,8 +67,8 @@ TEST(YTSProvider, MakesARowOfEachTorrentOfAFilm) {
   const TorrentResults results = YTSProvider::parse(
       R"({"data":{"movies":[
         {"title":"Big Buck Bunny","year":2008,"url":"https://a.example/b","torrents":[
-          {"hash":"AB","quality":"720p","type":"web","size_bytes":99.9,"seeds":4,"peers":"5","url":"https://a.example/t"},
-          {"hash":"CD","size_bytes":"9","url":""}, {"quality":"1080p"}, {"hash":7}, {}]},
+          {"hash":"AB","quality":"720p","type":"web","size_bytes":99.9,"seeds":4,"peers":6,"url":"https://a.example/t"},
+          {"hash":"CD","size_bytes":"9","seeds":"4","peers":"5","url":""}, {"quality":"1080p"}, {"hash":7}, {}]},
         {"year":"1999","torrents":[{"hash":"EF","quality":5,"type":"x"}]},
         {"title":"None"}, {"title":"Bad","torrents":[{"hash":"0"},1]}]}})",
       kSource);
@@ -77,6 +79,7 @@ TEST(YTSProvider, MakesARowOfEachTorrentOfAFilm) {
   first.title = QStringLiteral("Big Buck Bunny (2008) 720p web");
   first.size = 99;
   first.seeders = 4;
+  first.leechers = 6;
   first.sources = {kSource};
   first.magnet = makeMagnet(QStringLiteral("AB"), first.title);
   first.torrentURL = QUrl(QStringLiteral("https://a.example/t"));
@@ -86,6 +89,8 @@ TEST(YTSProvider, MakesARowOfEachTorrentOfAFilm) {
   EXPECT_EQ(results[0], first);
   EXPECT_EQ(results[1].title, *first.baseTitle);
   EXPECT_EQ(results[1].size, Count());
+  EXPECT_EQ(results[1].seeders, Count());
+  EXPECT_EQ(results[1].leechers, Count());
   EXPECT_EQ(results[1].torrentURL, std::nullopt);
   EXPECT_EQ(results[2].title, QStringLiteral("Untitled (?)  x"));
   EXPECT_EQ(results[2].year, std::nullopt);
@@ -167,6 +172,7 @@ TEST(TorznabProvider, ReadsTheFieldsOfAnItem) {
        [&](auto& r) { r.size = 9, r.torrentURL = url("http://e/"); }},
       {title + "<enclosure length='9'/><link>https://l/</link>",
        [&](auto& r) { r.torrentURL = url("https://l/"); }},
+      {title + "<link>http://l/" + QByteArray(16'384, 'x') + "</link>", [](auto&) {}},
       {title + "<link>magnet:?xt=1%41</link>",
        [](auto& r) { r.magnet = QStringLiteral("magnet:?xt=1%41"); }},
       {title + "<link>magnet:?xt=1</link>" + attribute("magneturl", "magnet:?xt=2"),
@@ -196,6 +202,9 @@ TEST(TorznabProvider, KeepsGoodItemsAmongBadOnes) {
   EXPECT_EQ(titles("\xef\xbb\xbf<?xml version='1.0' encoding='utf-8'?><rss/>"), QString());
   EXPECT_EQ(titles("<?xml version='1.0' encoding='ISO-8859-1'?>" + item("<title>\xfc</title>")),
             QStringLiteral("ü"));
+  EXPECT_EQ(titles("\xef\xbb\xbf<?xml version='1.0' encoding='ISO-8859-1'?>" +
+                   item("<title>\xc3\xbc</title>")),
+            QStringLiteral("ü"));
   EXPECT_EQ(titles("<?xml version='1.0' encoding='windows-1252'?>" + item("<title>\xfc</title>")),
             QStringLiteral("ü"));
   EXPECT_EQ(titles(item("<title><![CDATA[<!DOCTYPE]]></title>")), QStringLiteral("<!DOCTYPE"));
@@ -203,21 +212,23 @@ TEST(TorznabProvider, KeepsGoodItemsAmongBadOnes) {
 
 TEST(TorznabProvider, PassesOnWhatTheIndexerComplainsAbout) {
   struct Case {
-    const char* xml;
+    QByteArray xml;
     int code;
-    const char* text;
+    QString text;
   };
+  const QString endless(600, u'x');
   for (const auto& [xml, code, text] :
-       {Case{"<error code='100' description='Wrong key'/>", 100, "Wrong key"},
-        Case{"<error code='x'/>", 0, "Indexer error"},
-        Case{"<error code='99999999999' description=''/>", 0, ""},
-        Case{"<rss><error code='1' description='d'/><broken", 1, "d"}}) {
+       {Case{"<error code='100' description='Wrong key'/>", 100, QStringLiteral("Wrong key")},
+        Case{"<error code='x'/>", 0, QStringLiteral("Indexer error")},
+        Case{"<error code='99999999999' description=''/>", 0, {}},
+        Case{"<rss><error code='1' description='d'/><broken", 1, QStringLiteral("d")},
+        Case{"<error description='" + endless.toLatin1() + "'/>", 0, shortened(endless)}}) {
     try {
       TorznabProvider::parse(xml, kSource);
-      ADD_FAILURE() << xml;
+      ADD_FAILURE() << xml.toStdString();
     } catch (const IndexerError& error) {
       EXPECT_EQ(error.code(), code);
-      EXPECT_EQ(error.errorDescription(), QLatin1String(text));
+      EXPECT_EQ(error.errorDescription(), text);
     }
   }
 }
@@ -233,7 +244,7 @@ TEST(TorznabProvider, RefusesHostileDocumentsAtOnce) {
         QByteArray("{}"),
         "<?xml version='1.0'?><!DOCTYPE r [" +
             QByteArray("<!ATTLIST a b CDATA #IMPLIED>").repeated(100'000) + "]><r/>",
-        QByteArray("<a>").repeated(300'000),
+        QByteArray("<a>").repeated(300'000) + QByteArray("</a>").repeated(300'000),
         "<rss " + QByteArray("a='' ").repeated(300'000) + "/>", "<rss><a b='>' " + [] {
           QByteArray attributes;
           for (int i = 0; i < 200'000; ++i) attributes += " a" + QByteArray::number(i) + "='\">'";

@@ -89,7 +89,9 @@ TEST_F(ProviderClientTest, SaysWhatOutweighsWhatWhenNoAddressWorks) {
         Case{reply(""), refused, reply("[]", 500), other, {}},
         Case{NetError::tooLarge(), refused, refused, other, {}},
         Case{reply("<rss>"), refused, refused, other, {}},
-        Case{refused, refused, reply("{}", 404), dead, QStringLiteral("two: HTTP 404")},
+        Case{refused, refused, reply("{}", 300), dead, QStringLiteral("two: HTTP 300")},
+        Case{refused, refused, failure(Reason::NoConnection), dead,
+             QStringLiteral("two: no internet connection")},
         Case{refused, reply("[]", 503), failure(Reason::Tls), dead,
              QStringLiteral("two: TLS error")}}) {
     net.hosts = {{QStringLiteral("base"), one.base},
@@ -116,6 +118,18 @@ TEST_F(ProviderClientTest, SaysWhatOutweighsWhatWhenNoAddressWorks) {
   config.kind = ProviderKind::ArchiveOrg;
   EXPECT_TRUE(search().empty());
   EXPECT_TRUE(net.asked.isEmpty());
+}
+
+TEST_F(ProviderClientTest, ACancellationEndsTheWalkAndStaysOne) {
+  int asked = 0;
+  const Transport cancelled = [&](QUrl) -> Flow<HttpResponse> {
+    ++asked;
+    throw asio::system_error(asio::error::operation_aborted);
+    co_return HttpResponse();
+  };
+  EXPECT_THROW(runFlow(ProviderSearch::run(config, QStringLiteral("x"), cancelled, memory)),
+               asio::system_error);
+  EXPECT_EQ(asked, 1);
 }
 
 TEST_F(ProviderClientTest, AsksOverHttpsOnceWhereTheSystemRefusesPlainHttp) {

@@ -31,6 +31,8 @@ TEST(SearchMerge, FoldsRowsOfOneHash) {
   TorrentResult late = row("AB", "B", 7, 20);
   late.magnet = text("magnet:?");
   late.leechers = 1;
+  late.torrentURL = QUrl(text("http://t/"));
+  late.pageURL = QUrl(text("http://p/"));
   late.year = text("1999");
   TorrentResult item;
   item.id = text("archive:ab");
@@ -40,6 +42,8 @@ TEST(SearchMerge, FoldsRowsOfOneHash) {
   first.sources = {text("A"), text("B"), text("C")};
   first.leechers = 1;
   first.magnet = late.magnet;
+  first.torrentURL = late.torrentURL;
+  first.pageURL = late.pageURL;
   EXPECT_EQ(merged, TorrentResults({first, item, row("cd", "A")}));
 }
 
@@ -51,7 +55,7 @@ public:
       : TorrentSearchProvider(named(name)), m_outcome(std::move(outcome)) {}
 
   Flow<TorrentResults> search(QString query) const override {
-    asked = query;
+    setAsked(query);
     wasOnMain = QThread::currentThread() == QCoreApplication::instance()->thread();
     ++running;
     const Leaving leaving{running};
@@ -62,9 +66,16 @@ public:
   mutable std::atomic<bool> open = false;
   mutable std::atomic<int> running = 0;
   mutable std::atomic<bool> wasOnMain = false;
-  mutable QString asked; // to be read once it has answered
+  QString asked() const {
+    const std::lock_guard lock(m_mutex);
+    return m_asked;
+  }
 
 private:
+  void setAsked(const QString& query) const {
+    const std::lock_guard lock(m_mutex);
+    m_asked = query;
+  }
   struct Leaving {
     std::atomic<int>& count;
     ~Leaving() { --count; }
@@ -75,6 +86,8 @@ private:
     return config;
   }
   Outcome m_outcome;
+  mutable std::mutex m_mutex; // guards m_asked
+  mutable QString m_asked;
 };
 
 struct SearchAggregatorTest : testing::Test, MainThread {
@@ -113,7 +126,7 @@ TEST_F(SearchAggregatorTest, ShowsResultsAsEachProviderAnswers) {
   EXPECT_EQ(aggregator->results()[0].sources, QStringList({text("A"), text("B")}));
   EXPECT_EQ(aggregator->results()[0].seeders, 9);
   EXPECT_EQ(status(1).count, 2U);
-  EXPECT_EQ(slow->asked, text("words"));
+  EXPECT_EQ(slow->asked(), text("words"));
   EXPECT_FALSE(slow->wasOnMain || quick->wasOnMain);
 }
 
@@ -154,10 +167,16 @@ TEST_F(SearchAggregatorTest, ASupersededSearchNeverWrites) {
   aggregator->search(text("first"), providers);
   ASSERT_TRUE(turnUntil([&] { return stuck->running == 1 && late->running == 1; }));
   late->open = true; // its answer is under way when the search is superseded
-  aggregator->search(text("second"), {});
-  EXPECT_TRUE(turnUntil([&] { return stuck->running + late->running == 0; }));
+  while (late->running != 0) std::this_thread::yield();
+  late->open = false;
+  aggregator->search(text("second"), providers);
+  const auto asksForSecond = [](const auto& one) {
+    return one->running == 1 && one->asked() == text("second");
+  };
+  EXPECT_TRUE(turnUntil([&] { return asksForSecond(stuck) && asksForSecond(late); }));
   QCoreApplication::processEvents();
-  EXPECT_TRUE(aggregator->results().empty() && aggregator->statuses().empty());
+  EXPECT_TRUE(aggregator->results().empty());
+  for (const ProviderStatus& one : aggregator->statuses()) EXPECT_EQ(one.state, State::Pending);
 
   aggregator->search(text("third"), {stuck});
   aggregator->search(text(" \n"), {}); // cancels, and leaves all that is shown as it stands
