@@ -1,6 +1,7 @@
 #include "cli/SearchMode.h"
-#include "app/AppState.h"
 #include "cli/SearchReport.h"
+#include "providers/ProviderRegistry.h"
+#include "providers/SearchAggregator.h"
 #include <QCoreApplication>
 #include <algorithm>
 #include <cstdio>
@@ -47,13 +48,16 @@ int finish(const SearchAggregator& aggregator) {
 } // namespace
 
 int runSearchMode(Runtime& runtime, const QString& words) {
-  AppState state(runtime, {});
-  const auto providers = state.registry.enabledProviders();
+  // Of all services those that a search needs: it leaves the cache and the downloads alone.
+  SettingsStore settings(runtime.preferences);
+  const ProviderRegistry registry(settings, runtime.preferences, runtime.http.transport(),
+                                  ArchiveOrgProvider(runtime.http.fetcher()));
+  const auto providers = registry.enabledProviders();
   if (providers.empty()) {
     std::fprintf(stderr, "%s\n", qUtf8Printable(tr("No provider is switched on.")));
     return 1;
   }
-  SearchAggregator& aggregator = state.aggregator;
+  SearchAggregator aggregator(runtime.main, runtime.pool);
   StatusPrinter statuses;
   QObject::connect(&aggregator, &SearchAggregator::statusesChanged, &aggregator,
                    [&] { statuses.update(aggregator.statuses()); });
