@@ -24,7 +24,8 @@ struct HttpClient::Ask {
   QUrl url;
   std::chrono::milliseconds timeout;
   std::int64_t maxBytes = kLargestBody;
-  QByteArray range = {}; // empty for all of it
+  QByteArray range = {};  // empty for all of it
+  bool anyStatus = false; // else only 200 to 299 is an answer
 };
 
 // The network stack and its cache. Main thread only.
@@ -148,6 +149,8 @@ Flow<HttpResponse> HttpClient::request(MainLoop& main, std::weak_ptr<Requests> r
                                                                                asio::use_awaitable);
   if (outcome.error) throw NetError(*outcome.error);
   HttpResponse& response = outcome.response;
+  const bool isGood = response.status >= 200 && response.status <= 299;
+  if (!isGood && !ask.anyStatus) throw NetError::http(response.status);
   response.body = unpacked(std::move(response.body), outcome.coding, ask.maxBytes);
   co_return std::move(response);
 }
@@ -156,7 +159,6 @@ Flow<QByteArray> HttpClient::fetch(MainLoop& main, std::weak_ptr<Requests> reque
                                    std::chrono::milliseconds timeout, std::int64_t maxBytes) {
   HttpResponse response =
       co_await request(main, std::move(requests), Ask{std::move(url), timeout, maxBytes});
-  if (response.status < 200 || response.status > 299) throw NetError::http(response.status);
   co_return std::move(response.body);
 }
 
@@ -178,7 +180,7 @@ FetchData HttpClient::fetcher(std::int64_t maxBytes) {
 
 Transport HttpClient::transport(std::chrono::milliseconds timeout, const QByteArray& range) {
   return [&main = m_main, requests = std::weak_ptr(m_requests), timeout, range](QUrl url) {
-    return request(main, requests, Ask{std::move(url), timeout, kLargestBody, range});
+    return request(main, requests, Ask{std::move(url), timeout, kLargestBody, range, true});
   };
 }
 

@@ -26,6 +26,10 @@ TEST_F(HttpClientTest, TheStatusDecidesWhetherAnAnswerIsGood) {
     EXPECT_EQ(ending.status, error.isEmpty() ? 0 : status);
     EXPECT_EQ(ending.body, error.isEmpty() ? body : QByteArray()) << status;
   }
+  ScriptedServer server([](const QByteArray&) { // the status also before what the body may be
+    return ScriptedServer::reply(404, "not packed", "Content-Encoding: gzip\r\n");
+  });
+  EXPECT_EQ(get(server.url()).error, QStringLiteral("HTTP 404"));
 }
 
 TEST_F(HttpClientTest, AsksWithTheNameOfTheProgramAndFollowsRedirects) {
