@@ -33,6 +33,11 @@ private:
   Runtime& m_runtime;
 };
 
+Flow<std::optional<TorrentMeta::TorrentFile>> torrentOf(Flow<QByteArray> fetch) {
+  const QByteArray bytes = co_await std::move(fetch);
+  co_return TorrentMeta::parseTorrentFile(asBytes(bytes));
+}
+
 } // namespace
 
 std::shared_ptr<StreamSession> PlaybackServices::acquire(const Hash20& hash,
@@ -51,8 +56,9 @@ std::int64_t PlaybackServices::freeSpace() const {
   return CacheManager::freeSpace(m_settings.cachePath());
 }
 
-Flow<QByteArray> PlaybackServices::fetch(QUrl url, std::chrono::seconds timeout) {
-  return m_fetch(std::move(url), timeout);
+Flow<std::optional<TorrentMeta::TorrentFile>>
+PlaybackServices::fetchTorrent(QUrl url, std::chrono::seconds timeout) {
+  return flowOn(m_runtime.pool.makeWorkerStrand(), torrentOf(m_fetch(std::move(url), timeout)));
 }
 
 Flow<> PlaybackServices::sleep(std::chrono::milliseconds duration) {

@@ -24,7 +24,8 @@ public:
   void release(StreamSession& session) override;
   QString preferredQuality() const override { return m_settings.preferredQuality(); }
   std::int64_t freeSpace() const override;
-  Flow<QByteArray> fetch(QUrl url, std::chrono::seconds timeout) override;
+  Flow<std::optional<TorrentMeta::TorrentFile>> fetchTorrent(QUrl url,
+                                                             std::chrono::seconds timeout) override;
   Flow<> sleep(std::chrono::milliseconds duration) override;
   TimePoint now() const override { return m_runtime.clock.now(); }
   double secondsSince2001() const override {

@@ -5,7 +5,7 @@
 #include "base/Flow.h"
 #include "engine/PeerAddr.h"
 #include "engine/SessionSnapshot.h"
-#include <QByteArray>
+#include "formats/TorrentMeta.h"
 #include <QUrl>
 
 namespace vellum {
@@ -48,8 +48,10 @@ public:
   virtual void release(StreamSession& session) = 0;
   virtual QString preferredQuality() const = 0;
   virtual std::int64_t freeSpace() const = 0; // bytes, where the cache is
-  // Throws NetError, and asio::system_error when cancelled.
-  virtual Flow<QByteArray> fetch(QUrl url, std::chrono::seconds timeout) = 0;
+  // A .torrent file of the web, read off the main thread; nothing if it is none. Throws NetError,
+  // and asio::system_error when cancelled.
+  virtual Flow<std::optional<TorrentMeta::TorrentFile>>
+  fetchTorrent(QUrl url, std::chrono::seconds timeout) = 0;
   // Throws asio::system_error when cancelled.
   virtual Flow<> sleep(std::chrono::milliseconds duration) = 0;
   virtual TimePoint now() const = 0;

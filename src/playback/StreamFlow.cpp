@@ -90,14 +90,14 @@ Flow<PlaybackCoordinator::Source> PlaybackCoordinator::sourceOf(const TorrentRes
   if (result.infoHash)
     if (const auto hash = hash20FromHex(*result.infoHash)) co_return Source{*hash, {}, {}};
   if (!result.torrentURL) throw Failed{StreamFailure::nothingToStream()};
-  QByteArray bytes;
+  std::optional<TorrentMeta::TorrentFile> torrent;
   try {
-    bytes = co_await m_services.surroundings.fetch(*result.torrentURL, kTorrentFetchTimeout);
+    torrent =
+        co_await m_services.surroundings.fetchTorrent(*result.torrentURL, kTorrentFetchTimeout);
   } catch (const DescribedError& error) {
     throw Failed{StreamFailure::downloadFailed(error.errorDescription())};
   }
   co_await throwIfCancelled();
-  auto torrent = TorrentMeta::parseTorrentFile(asBytes(bytes));
   if (!torrent) throw Failed{StreamFailure::nothingToStream()};
   co_return Source{torrent->hash, torrent->trackers,
                    std::make_shared<const TorrentMeta>(std::move(torrent->meta))};

@@ -2,7 +2,9 @@
 #include "app/Playback.h"
 #include "playback/MpvPicture.h"
 #include "support/LoopbackSeeder.h"
+#include "support/LoopbackTracker.h"
 #include "support/MainThread.h"
+#include "support/ScriptedServer.h"
 #include "support/TestTorrent.h"
 #include <QFile>
 #include <QTemporaryDir>
@@ -83,12 +85,21 @@ TEST_F(PressedPlayTest, BecomesAPictureWithItsSubtitleAndLeavesNothingBehind) {
   EXPECT_TRUE(state->engine.entries().empty());
 }
 
+// By way of a .torrent file of the web and the tracker in it.
 TEST_F(PressedPlayTest, ThatCannotBeDecodedFailsInWords) {
   QFile::remove(content + QStringLiteral("/film.mkv"));
   write("film.mkv", QByteArray(2'000'000, 'x'));
   const TestTorrent noise = torrent();
   const LoopbackSeeder seeder(noise);
-  const TorrentResult row = result(noise, seeder.port());
+  LoopbackTracker tracker;
+  tracker.setPeers({seeder.port()});
+  const ScriptedServer web([&](const QByteArray&) {
+    return ScriptedServer::reply(200, noise.torrentFile({tracker.udpUrl()}));
+  });
+  TorrentResult row = result(noise, seeder.port());
+  row.magnet.reset();
+  row.infoHash.reset();
+  row.torrentURL = web.url();
   playback->coordinator.playFromSearchResult(row);
   ASSERT_TRUE(turnUntil([&] {
     return playback->coordinator.rowStates().value(row.id).kind == RowState::Kind::Failed;

@@ -61,13 +61,14 @@ struct PlaybackWorld : testing::Test,
   // Settings, disk, network, time.
   QString preferredQuality() const override { return QStringLiteral("1080p"); }
   std::int64_t freeSpace() const override { return freeBytes; }
-  Flow<QByteArray> fetch(QUrl url, std::chrono::seconds timeout) override {
+  using Torrent = std::optional<TorrentMeta::TorrentFile>;
+  Flow<Torrent> fetchTorrent(QUrl url, std::chrono::seconds timeout) override {
     return download(*this, std::move(url), timeout);
   }
-  static Flow<QByteArray> download(PlaybackWorld& self, QUrl url, std::chrono::seconds timeout) {
+  static Flow<Torrent> download(PlaybackWorld& self, QUrl url, std::chrono::seconds timeout) {
     self.events += QStringLiteral("fetch %1 %2").arg(url.host()).arg(timeout.count());
     if (self.fetchError) throw NetError(*self.fetchError);
-    co_return self.torrentFile;
+    co_return TorrentMeta::parseTorrentFile(asBytes(self.torrentFile));
   }
   Flow<> sleep(std::chrono::milliseconds duration) override {
     const TimePoint due = clock.now() + duration;
