@@ -15,6 +15,8 @@ namespace vellum {
 
 // Lives on the main thread, as a child of its reply, which it disposes of when it has ended.
 class Download final : public QObject {
+  Q_OBJECT
+
 public:
   struct Outcome {
     HttpResponse response;         // its body as it came, still packed
@@ -32,9 +34,11 @@ public:
   // Ends it at once as cancelled.
   void abort();
 
-private:
+private Q_SLOTS:
   void take();
   void finish();
+
+private:
   int status() const;
   void fail(NetError error);
   void end(Outcome outcome);
