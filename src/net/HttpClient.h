@@ -10,9 +10,9 @@
 
 namespace vellum {
 
-// Lives on the main thread; what it gives may be awaited on any executor. The network stack is only
-// built at the first fetch: most starts need none. Qt caches on disk alone, so the cache has no
-// part in memory.
+// Lives on the main thread; what it gives may be awaited on any executor, where packed answers are
+// also unpacked: keep large ones off the main thread. The network stack is only built at the first
+// fetch: most starts need none. Qt caches on disk alone, so the cache has no part in memory.
 class HttpClient {
 public:
   static constexpr std::int64_t kDiskCacheSize = 300 * kMiB;

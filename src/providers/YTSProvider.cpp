@@ -71,10 +71,10 @@ TorrentResults YTSProvider::parse(const QByteArray& bytes, const QString& source
     const auto torrents = json::objects(object.value(QLatin1String("torrents")));
     if (!torrents) continue;
     const Film film = readFilm(object);
-    for (const QJsonObject& torrent : *torrents)
-      if (auto result = readTorrent(torrent, film, source); result && !results.isFull())
-        results.add(std::move(*result));
-    if (results.isFull()) break;
+    for (const QJsonObject& torrent : *torrents) {
+      if (auto result = readTorrent(torrent, film, source)) results.add(std::move(*result));
+      if (results.isFull()) return results.take();
+    }
   }
   return results.take();
 }
