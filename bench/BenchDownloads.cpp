@@ -3,14 +3,16 @@
 #include "WatchedApplication.h"
 #include "net/HttpFileTransfers.h"
 #include "storage/DownloadManager.h"
-#include "support/ScriptedServer.h"
+#include "world/ScriptedServer.h"
 #include <QCoreApplication>
 #include <QFile>
 #include <QTemporaryDir>
 #include <array>
 #include <benchmark/benchmark.h>
 
-namespace vellum::test {
+namespace vellum {
+
+using namespace world;
 namespace {
 
 using Kind = DownloadTask::State::Kind;
@@ -58,4 +60,4 @@ void oneLargeFile(benchmark::State& state) {
 BENCHMARK(oneLargeFile)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 } // namespace
-} // namespace vellum::test
+} // namespace vellum

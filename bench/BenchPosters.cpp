@@ -2,11 +2,11 @@
 // which does all but the drawing. Needs an X screen (tests/ui/with-screen gives one).
 #include "WatchedApplication.h"
 #include "net/HttpClient.h"
-#include "support/CatalogDocuments.h"
-#include "support/ScriptedServer.h"
 #include "ui/catalog/MediaList.h"
 #include "ui/catalog/PosterProvider.h"
 #include "ui/controls/Look.h"
+#include "world/CatalogDocuments.h"
+#include "world/ScriptedServer.h"
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QQuickItem>
@@ -20,7 +20,9 @@
 
 Q_IMPORT_QML_PLUGIN(Vellum_CatalogPlugin)
 
-namespace vellum::test {
+namespace vellum {
+
+using namespace world;
 namespace {
 
 constexpr int kFilms = 500;
@@ -117,6 +119,6 @@ int run(int argc, char** argv) {
 }
 
 } // namespace
-} // namespace vellum::test
+} // namespace vellum
 
-int main(int argc, char** argv) { return vellum::test::run(argc, argv); }
+int main(int argc, char** argv) { return vellum::run(argc, argv); }

@@ -2,42 +2,23 @@
 #include "base/IoPool.h"
 #include "streaming/HttpAnswer.h"
 #include "streaming/LocalStreamServer.h"
-#include "support/MemorySource.h"
-#include "support/Payload.h"
-#include <asio/ip/tcp.hpp>
+#include "world/HttpReader.h"
+#include "world/MemorySource.h"
+#include "world/Payload.h"
 #include <asio/use_future.hpp>
-#include <asio/write.hpp>
 #include <benchmark/benchmark.h>
 #include <random>
 
-namespace vellum::test {
-namespace {
+namespace vellum {
 
-using asio::ip::tcp;
+using namespace world;
+namespace {
 
 constexpr std::int64_t kFilm = 256 * kMiB;
 constexpr std::int64_t kRead = 256 * kKiB;
 
 struct World {
   World() { source->arriveAll(); }
-
-  // A new connection with a request for `length` bytes at `start` on its way.
-  tcp::socket ask(std::int64_t start, std::int64_t length) {
-    tcp::socket socket(io);
-    socket.connect({asio::ip::address_v4::loopback(), static_cast<std::uint16_t>(url->port())});
-    socket.set_option(tcp::no_delay(true));
-    asio::write(socket, asio::buffer("GET " + url->path().toStdString() +
-                                     " HTTP/1.1\r\nRange: bytes=" + std::to_string(start) + "-" +
-                                     std::to_string(start + length - 1) + "\r\n\r\n"));
-    return socket;
-  }
-  // The bytes of the answer, with its head.
-  std::int64_t readAll(tcp::socket& socket) {
-    std::int64_t total = 0;
-    asio::error_code error;
-    while (!error) total += static_cast<std::int64_t>(socket.read_some(asio::buffer(room), error));
-    return total;
-  }
 
   IoPool pool;
   std::shared_ptr<MemorySource> source = std::make_shared<MemorySource>(
@@ -47,16 +28,16 @@ struct World {
   std::optional<QUrl> url =
       asio::co_spawn(pool.io(), server.url(source, 0, QStringLiteral("film.mkv")), asio::use_future)
           .get();
-  asio::io_context io;
-  ByteVector room = ByteVector(kRead);
 };
 
 // Asks and reads; refuses to measure an answer that is not whole.
 void serve(benchmark::State& state, World& world, std::int64_t start, std::int64_t length) {
-  tcp::socket socket = world.ask(start, length);
+  HttpReader reader(*world.url);
+  reader.get(*world.url, "Range: bytes=" + std::to_string(start) + "-" +
+                             std::to_string(start + length - 1) + "\r\n");
   const auto head =
       answers::head({start, start + length - 1}, kFilm, "video/x-matroska", true).size();
-  if (world.readAll(socket) != static_cast<std::int64_t>(head) + length)
+  if (reader.skipAll() != static_cast<std::int64_t>(head) + length)
     state.SkipWithError("the answer was cut short");
 }
 
@@ -77,4 +58,4 @@ void randomRangeOnANewConnection(benchmark::State& state) {
 BENCHMARK(randomRangeOnANewConnection)->UseRealTime()->Unit(benchmark::kMicrosecond);
 
 } // namespace
-} // namespace vellum::test
+} // namespace vellum

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-namespace vellum::test {
+namespace vellum {
 
 // Seconds of processor time of this thread: on a busy machine the wall clock tells of others.
 inline double threadSeconds() {
@@ -37,4 +37,4 @@ private:
   std::vector<double> m_steps;
 };
 
-} // namespace vellum::test
+} // namespace vellum

@@ -16,7 +16,7 @@ function(vellum_python_tests level)
                  COMMAND ${Python3_EXECUTABLE} -m unittest ${module}.${class}.${CMAKE_MATCH_1})
         set_tests_properties(
           ${name} PROPERTIES LABELS ${level} TIMEOUT 180 ENVIRONMENT
-          "PYTHONPATH=${PROJECT_SOURCE_DIR}/tests/support;PYTHONDONTWRITEBYTECODE=1;VELLUM_BIN=${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+          "PYTHONPATH=${PROJECT_SOURCE_DIR}:${PROJECT_SOURCE_DIR}/tests/support;PYTHONDONTWRITEBYTECODE=1;VELLUM_BIN=${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
       endif()
     endforeach()
   endforeach()

@@ -15,10 +15,10 @@ import unittest
 from collections.abc import Iterator
 from pathlib import Path
 
+from testing import WorldTest, noise
 from world.demo import DemoWorld
 from world.processes import wait_until
 from world.reading import read_all, sha1_of
-from world.testing import WorldTest, noise
 from world.vellum import Vellum, program
 
 SIZE = 3_000_000  # bytes of a film

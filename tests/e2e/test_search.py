@@ -6,9 +6,9 @@ import subprocess
 import unittest
 import uuid
 
+from testing import WorldTest, noise
 from world.demo import DemoWorld
 from world.reading import read_all, sha1_of
-from world.testing import WorldTest, noise
 from world.vellum import Vellum, program
 
 CHECK = "Check the address in Settings → Providers"

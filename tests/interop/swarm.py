@@ -1,10 +1,10 @@
 """A torrent with a foreign tracker and foreign seeders, and the program that streams it."""
 from pathlib import Path
 
+from testing import WorldTest
 from world.clients import Aria2, OpenTracker, Torrent, Transmission, copy_below
 from world.processes import wait_until
 from world.reading import read_all, sha1_of
-from world.testing import WorldTest
 from world.vellum import Vellum
 
 SEED, DONE = 30, 60  # seconds

@@ -4,9 +4,10 @@ import unittest
 from pathlib import Path
 
 from swarm import DONE, Swarm
+from testing import noise
 from world.clients import Aria2, Transmission
+from world.demo import demo_film
 from world.reading import read_range
-from world.testing import demo_film, noise
 
 # transmission looks at a peer's requests twice a second only, unless its line is busy, and so
 # answers our ten outstanding ones with 330 kB/s: alone it gets a small film.

@@ -5,10 +5,9 @@ import unittest
 
 from swarm import Swarm
 from world.clients import Aria2
-from world.demo import DemoWorld
+from world.demo import DemoWorld, demo_film
 from world.processes import Process
 from world.reading import read_all, sha1_of
-from world.testing import demo_film
 from world.vellum import Vellum
 
 LONGEST_GAP = 0.5  # seconds that a killed seeder may cost a reader

@@ -4,11 +4,11 @@ import time
 import unittest
 from pathlib import Path
 
+from testing import WorldTest
 from world.clients import Aria2, OpenTracker, Transmission
-from world.demo import DemoWorld
+from world.demo import DemoWorld, demo_film
 from world.processes import wait_until
 from world.reading import sha1_of
-from world.testing import WorldTest, demo_film
 from world.vellum import Vellum
 
 LIMIT_KB = 8000  # a second

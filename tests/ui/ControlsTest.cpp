@@ -1,5 +1,5 @@
 // The controls in the gallery's window, driven by keyboard and mouse.
-#include "ui/Driver.h"
+#include "tools/Driver.h"
 #include "ui/controls/Look.h"
 #include "ui/icons/IconShape.h"
 #include <QAccessible>
@@ -18,6 +18,8 @@ Q_IMPORT_QML_PLUGIN(Vellum_GalleryPlugin)
 
 namespace vellum {
 namespace {
+
+using namespace tools;
 
 enum Page { Buttons, Inputs, Cards, Table, Icons };
 
@@ -65,7 +67,7 @@ protected:
 
   QQmlApplicationEngine m_engine;
   QQuickWindow* m_window = nullptr;
-  std::optional<test::Driver> m_driver;
+  std::optional<tools::Driver> m_driver;
   QStringList m_warnings;
 };
 
@@ -143,9 +145,9 @@ TEST_F(ControlsTest, TooltipsSayWhatADrawingMeansAndWhatWasCut) {
   show(Buttons);
   const auto tip = [this] {
     std::string shown;
-    test::everyItem(m_window->contentItem(), [&](QQuickItem* found) {
+    tools::everyItem(m_window->contentItem(), [&](QQuickItem* found) {
       if (found->isVisible() && found->inherits("QQuickPopupItem"))
-        test::everyItem(found, [&](QQuickItem* part) {
+        tools::everyItem(found, [&](QQuickItem* part) {
           shown += part->property("text").toString().toStdString();
         });
     });
@@ -176,7 +178,7 @@ TEST_F(ControlsTest, MenuIsWalkedWithArrows) {
 TEST_F(ControlsTest, PickerShowsWhatIsInForceAndMarksOnlyThat) {
   auto marks = [this] {
     QStringList checked;
-    test::everyItem(m_window->contentItem(), [&](QQuickItem* found) {
+    tools::everyItem(m_window->contentItem(), [&](QQuickItem* found) {
       if (found->inherits("QQuickMenuItem") && found->property("checked").toBool())
         checked += found->property("text").toString();
     });
@@ -258,7 +260,7 @@ TEST_F(ControlsTest, EverythingReachableSpeaks) {
   int reachable = 0;
   for (const Page page : {Buttons, Inputs, Cards, Table, Icons}) {
     show(page);
-    test::everyItem(m_window->contentItem(), [&](QQuickItem* found) {
+    tools::everyItem(m_window->contentItem(), [&](QQuickItem* found) {
       if (!found->activeFocusOnTab() || !found->isVisible() || !found->isEnabled() ||
           found->inherits("QQuickRootItem"))
         return;

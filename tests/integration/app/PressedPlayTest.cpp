@@ -1,16 +1,18 @@
 #include "app/AppState.h"
 #include "app/Playback.h"
 #include "playback/MpvPicture.h"
-#include "support/LoopbackSeeder.h"
-#include "support/LoopbackTracker.h"
-#include "support/MainThread.h"
-#include "support/ScriptedServer.h"
-#include "support/TestTorrent.h"
+#include "world/LoopbackSeeder.h"
+#include "world/LoopbackTracker.h"
+#include "world/MainThread.h"
+#include "world/ScriptedServer.h"
+#include "world/SeededTorrent.h"
 #include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 namespace vellum::test {
+
+using namespace world;
 namespace {
 
 struct NoDesktop final : ExternalPlayers::Desktop {
@@ -40,7 +42,7 @@ struct PressedPlayTest : testing::Test, MainThread {
     QFile file(content + u'/' + QLatin1String(name));
     EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
   }
-  TorrentResult result(const TestTorrent& torrent, std::uint16_t seeder) const {
+  TorrentResult result(const SeededTorrent& torrent, std::uint16_t seeder) const {
     TorrentResult made;
     made.infoHash = toHex(torrent.infoHash);
     made.id = *made.infoHash;
@@ -48,7 +50,7 @@ struct PressedPlayTest : testing::Test, MainThread {
     made.magnet = torrent.magnet({}, {QStringLiteral("127.0.0.1:%1").arg(seeder)});
     return made;
   }
-  TestTorrent torrent() const { return TestTorrent::fromDisk(content.toStdString(), 65536); }
+  SeededTorrent torrent() const { return SeededTorrent::fromDisk(content.toStdString(), 65536); }
   QString streams() const { return state->cache.torrentDir() + QStringLiteral("/streams"); }
 
   const QByteArray homeBefore = qgetenv("VELLUM_HOME");
@@ -62,7 +64,7 @@ struct PressedPlayTest : testing::Test, MainThread {
 };
 
 TEST_F(PressedPlayTest, BecomesAPictureWithItsSubtitleAndLeavesNothingBehind) {
-  const TestTorrent film = torrent();
+  const SeededTorrent film = torrent();
   const LoopbackSeeder seeder(film);
   PlaybackCoordinator& coordinator = playback->coordinator;
   const TorrentResult row = result(film, seeder.port());
@@ -89,7 +91,7 @@ TEST_F(PressedPlayTest, BecomesAPictureWithItsSubtitleAndLeavesNothingBehind) {
 TEST_F(PressedPlayTest, ThatCannotBeDecodedFailsInWords) {
   QFile::remove(content + QStringLiteral("/film.mkv"));
   write("film.mkv", QByteArray(2'000'000, 'x'));
-  const TestTorrent noise = torrent();
+  const SeededTorrent noise = torrent();
   const LoopbackSeeder seeder(noise);
   LoopbackTracker tracker;
   tracker.setPeers({seeder.port()});

@@ -1,6 +1,6 @@
 #include "platform/Programs.h"
 #include "platform/ChildProcess.h"
-#include "support/MainThread.h"
+#include "world/MainThread.h"
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -10,6 +10,8 @@
 #include <unistd.h>
 
 namespace vellum::test {
+
+using namespace world;
 namespace {
 
 using platform::ChildProcess;

@@ -1,7 +1,7 @@
 // A program that a test starts, talks with and ends. (The thread sanitizer cannot follow the way in
 // which QProcess makes a child.)
 #pragma once
-#include "support/MainThread.h"
+#include "world/MainThread.h"
 #include <QFile>
 #include <QStringList>
 #include <csignal>
@@ -12,6 +12,8 @@
 #include <unistd.h>
 
 namespace vellum::test {
+
+using namespace world;
 
 // Ends with this object at the latest.
 class StartedProgram {

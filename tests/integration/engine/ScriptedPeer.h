@@ -2,14 +2,16 @@
 #pragma once
 #include "base/Bytes.h"
 #include "base/Flow.h"
-#include "support/LoopbackThread.h"
 #include "unit/engine/Frames.h"
+#include "world/LoopbackThread.h"
 #include <asio/ip/tcp.hpp>
 #include <asio/read.hpp>
 #include <asio/write.hpp>
 #include <atomic>
 
 namespace vellum::test {
+
+using namespace world;
 
 // Runs on a thread of its own; public operations from any thread.
 class ScriptedPeer {

@@ -3,9 +3,9 @@
 #pragma once
 #include "engine/TorrentEngine.h"
 #include "net/HttpClient.h"
-#include "support/LoopbackSeeder.h"
-#include "support/LoopbackTracker.h"
-#include "support/MainThread.h"
+#include "world/LoopbackSeeder.h"
+#include "world/LoopbackTracker.h"
+#include "world/MainThread.h"
 #include <QCoreApplication>
 #include <QDir>
 #include <QTemporaryDir>
@@ -13,10 +13,12 @@
 
 namespace vellum::test {
 
+using namespace world;
+
 using namespace std::chrono_literals;
 
 // That everything ends when the session is gone is a part of every test: the pool waits for it.
-struct SessionWorld : testing::Test, test::MainThread {
+struct SessionWorld : testing::Test, world::MainThread {
   static constexpr std::int64_t kPiece = 64 * kKiB;
   static constexpr std::size_t kFilm = 3'000'001; // bytes
 
@@ -50,11 +52,11 @@ struct SessionWorld : testing::Test, test::MainThread {
   SystemRandom random;
   QTemporaryDir folder;
   const QString directory = folder.filePath(QStringLiteral("streams/one"));
-  const TestTorrent torrent =
-      TestTorrent::make(QStringLiteral("Film"),
-                        {{QStringLiteral("film.mkv"), pseudoRandomBytes(kFilm, 1)},
-                         {QStringLiteral("film.srt"), pseudoRandomBytes(5'000, 2)}},
-                        kPiece);
+  const SeededTorrent torrent =
+      SeededTorrent::make(QStringLiteral("Film"),
+                          {{QStringLiteral("film.mkv"), pseudoRandomBytes(kFilm, 1)},
+                           {QStringLiteral("film.srt"), pseudoRandomBytes(5'000, 2)}},
+                          kPiece);
   const std::shared_ptr<const TorrentMeta> meta =
       std::make_shared<const TorrentMeta>(*TorrentMeta::parse(asBytes(torrent.infoRaw)));
   std::optional<IoPool> pool{2};

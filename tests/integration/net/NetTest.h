@@ -2,11 +2,13 @@
 #pragma once
 #include "base/IoPool.h"
 #include "net/HttpClient.h"
-#include "support/MainThread.h"
-#include "support/ScriptedServer.h"
+#include "world/MainThread.h"
+#include "world/ScriptedServer.h"
 #include <gtest/gtest.h>
 
 namespace vellum::test {
+
+using namespace world;
 
 using namespace std::chrono_literals;
 
@@ -19,7 +21,7 @@ struct Ending {
   bool isOnItsStrand = false;
 };
 
-struct NetTest : testing::Test, test::MainThread {
+struct NetTest : testing::Test, world::MainThread {
   // Runs on the strand, never on the main thread.
   static Flow<> await(Flow<QByteArray> fetch, Strand strand, std::promise<Ending>& promise) {
     Ending ending;

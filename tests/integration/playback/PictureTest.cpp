@@ -1,7 +1,7 @@
 #include "base/MainLoop.h"
 #include "playback/MpvPicture.h"
-#include "support/MainThread.h"
 #include "ui/video/VideoPicture.h"
+#include "world/MainThread.h"
 #include <QGuiApplication>
 #include <QImage>
 #include <QQmlEngine>
@@ -12,6 +12,8 @@
 Q_IMPORT_QML_PLUGIN(Vellum_VideoPlugin)
 
 namespace vellum::test {
+
+using namespace world;
 
 using namespace std::chrono_literals;
 

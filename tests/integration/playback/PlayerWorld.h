@@ -3,12 +3,14 @@
 #include "base/Clock.h"
 #include "playback/MpvPicture.h"
 #include "playback/VideoPlayerManager.h"
-#include "support/MainThread.h"
+#include "world/MainThread.h"
 #include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 namespace vellum::test {
+
+using namespace world;
 
 struct PlayerWorld : MainThread, testing::Test {
   static constexpr double kFrame = 0.04; // seconds of the test film

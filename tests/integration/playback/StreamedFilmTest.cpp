@@ -1,10 +1,12 @@
 #include "PlayerWorld.h"
 #include "base/IoPool.h"
 #include "streaming/LocalStreamServer.h"
-#include "support/MemorySource.h"
+#include "world/MemorySource.h"
 #include <asio/use_future.hpp>
 
 namespace vellum::test {
+
+using namespace world;
 
 using namespace std::chrono_literals;
 

@@ -3,13 +3,15 @@
 #include "providers/ProviderHealthChecker.h"
 #include "providers/SearchAggregator.h"
 #include "support/Gzip.h"
-#include "support/LoopbackThread.h"
-#include "support/MainThread.h"
-#include "support/ScriptedServer.h"
+#include "world/LoopbackThread.h"
+#include "world/MainThread.h"
+#include "world/ScriptedServer.h"
 #include <asio/write.hpp>
 #include <gtest/gtest.h>
 
 namespace vellum::test {
+
+using namespace world;
 namespace {
 
 using namespace std::chrono_literals;

@@ -1,5 +1,5 @@
 #include "DownloadTest.h"
-#include "support/FileAnswer.h"
+#include "world/FileAnswer.h"
 #include <csignal>
 #include <mutex>
 #include <random>
@@ -8,6 +8,8 @@
 #include <unistd.h>
 
 namespace vellum::test {
+
+using namespace world;
 namespace {
 
 using Answer = ScriptedServer::Answer;

@@ -2,16 +2,18 @@
 #pragma once
 #include "net/HttpFileTransfers.h"
 #include "storage/DownloadManager.h"
-#include "support/MainThread.h"
-#include "support/Payload.h"
-#include "support/RequestHead.h"
-#include "support/ScriptedServer.h"
+#include "world/MainThread.h"
+#include "world/Payload.h"
+#include "world/RequestHead.h"
+#include "world/ScriptedServer.h"
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 namespace vellum::test {
+
+using namespace world;
 
 using namespace std::chrono_literals;
 

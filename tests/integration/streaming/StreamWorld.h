@@ -2,13 +2,15 @@
 #pragma once
 #include "base/IoPool.h"
 #include "streaming/LocalStreamServer.h"
-#include "support/HttpReader.h"
-#include "support/MemorySource.h"
-#include "support/Payload.h"
+#include "world/HttpReader.h"
+#include "world/MemorySource.h"
+#include "world/Payload.h"
 #include <asio/use_future.hpp>
 #include <gtest/gtest.h>
 
 namespace vellum::test {
+
+using namespace world;
 
 // A text, the film, an empty video. That the pool can end is a part of every test.
 struct StreamWorld : testing::Test {

@@ -1,10 +1,12 @@
 // The fixture of the tests that drive the real window.
 #pragma once
-#include "ui/window/WindowWorld.h"
+#include "tools/WindowWorld.h"
 #include <QDir>
 #include <gtest/gtest.h>
 
 namespace vellum::test {
+
+using namespace tools;
 
 inline QString text(const char* utf8) { return QString::fromUtf8(utf8); }
 

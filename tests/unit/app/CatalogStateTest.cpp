@@ -1,11 +1,13 @@
 #include "app/CatalogState.h"
 #include "net/NetError.h"
-#include "support/MainThread.h"
+#include "world/MainThread.h"
 #include <gtest/gtest.h>
 #include <map>
 #include <mutex>
 
 namespace vellum::test {
+
+using namespace world;
 namespace {
 
 QString text(const char* latin1) { return QString::fromLatin1(latin1); }

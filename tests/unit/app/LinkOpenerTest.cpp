@@ -1,12 +1,14 @@
 #include "app/LinkOpener.h"
 #include "net/NetError.h"
-#include "support/MainThread.h"
-#include "support/TestTorrent.h"
+#include "world/MainThread.h"
+#include "world/SeededTorrent.h"
 #include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 namespace vellum::test {
+
+using namespace world;
 namespace {
 
 struct LinkOpenerTest : testing::Test, MainThread, LinkOpener::Surroundings {
@@ -39,8 +41,8 @@ struct LinkOpenerTest : testing::Test, MainThread, LinkOpener::Surroundings {
   IoPool pool;
   QTemporaryDir folder;
   const QByteArray torrent =
-      TestTorrent::make(QStringLiteral("film.mkv"),
-                        {{QStringLiteral("film.mkv"), ByteVector(100'000)}}, 65536)
+      SeededTorrent::make(QStringLiteral("film.mkv"),
+                          {{QStringLiteral("film.mkv"), ByteVector(100'000)}}, 65536)
           .torrentFile();
   QByteArray remote = torrent;
   Navigation navigation;

@@ -2,16 +2,18 @@
 #include "base/IoPool.h"
 #include "base/MainLoop.h"
 #include "base/Resolve.h"
-#include "support/MainThread.h"
+#include "world/MainThread.h"
 #include <QCoreApplication>
 #include <gtest/gtest.h>
 
 namespace vellum {
 namespace {
 
+using namespace world;
+
 using namespace std::chrono_literals;
 
-struct FlowTest : testing::Test, test::MainThread {};
+struct FlowTest : testing::Test, world::MainThread {};
 
 TEST_F(FlowTest, HopsToAStrandAndBackToTheMainThread) {
   IoPool pool;

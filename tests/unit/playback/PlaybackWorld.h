@@ -3,13 +3,15 @@
 #include "base/IoPool.h"
 #include "net/NetError.h"
 #include "playback/PlaybackCoordinator.h"
-#include "support/MainThread.h"
 #include "support/ManualClock.h"
+#include "world/MainThread.h"
 #include <QCoreApplication>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 namespace vellum::test {
+
+using namespace world;
 
 struct FakeSession final : StreamSession {
   QString key() const override { return hash; }

@@ -1,6 +1,6 @@
 #include "playback/SubtitleManager.h"
 #include "net/NetError.h"
-#include "support/MainThread.h"
+#include "world/MainThread.h"
 #include <QFile>
 #include <QTemporaryDir>
 #include <ctime>
@@ -9,6 +9,8 @@
 #include <sys/stat.h>
 
 namespace vellum::test {
+
+using namespace world;
 namespace {
 
 using namespace std::chrono_literals;

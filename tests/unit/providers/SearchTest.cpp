@@ -4,12 +4,14 @@
 #include "providers/SearchAggregator.h"
 #include "providers/SearchMerge.h"
 #include "providers/TorznabParser.h"
-#include "support/MainThread.h"
 #include "support/RunFlow.h"
 #include "support/ScriptedTransport.h"
+#include "world/MainThread.h"
 #include <gtest/gtest.h>
 
 namespace vellum::test {
+
+using namespace world;
 namespace {
 
 using State = ProviderStatus::State;

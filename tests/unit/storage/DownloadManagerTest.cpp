@@ -1,5 +1,5 @@
 #include "storage/DownloadManager.h"
-#include "support/MainThread.h"
+#include "world/MainThread.h"
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -8,6 +8,8 @@
 
 namespace vellum {
 namespace {
+
+using namespace world;
 
 using Kind = DownloadTask::State::Kind;
 
@@ -33,7 +35,7 @@ struct ScriptedTransfers final : FileTransfers {
   std::vector<std::shared_ptr<Transfer>> all;
 };
 
-struct DownloadManagerTest : testing::Test, test::MainThread {
+struct DownloadManagerTest : testing::Test, world::MainThread {
   DownloadManagerTest() {
     settings.setDownloadsPath(folder);
     manager.emplace(settings, main, *pool, transfers, [this](const QString&) { return free; });

@@ -1,12 +1,14 @@
-#include "support/MainThread.h"
 #include "support/ManualClock.h"
 #include "ui/catalog/PosterLoader.h"
+#include "world/MainThread.h"
 #include <QBuffer>
 #include <QtEndian>
 #include <gtest/gtest.h>
 #include <mutex>
 
 namespace vellum::ui {
+
+using namespace world;
 namespace {
 
 QByteArray encoded(QSize size, const char* format) {
@@ -70,7 +72,7 @@ TEST(PosterDecoderTest, GivesUpOnAPictureThatTakesTooLong) {
   EXPECT_LT(clock.time, TimePoint() + std::chrono::seconds(10));
 }
 
-struct PosterLoaderTest : testing::Test, test::MainThread {
+struct PosterLoaderTest : testing::Test, world::MainThread {
   // Whoever asks waits until it is cancelled.
   static Flow<QByteArray> ask(PosterLoaderTest& self, QUrl url) {
     self.note(QStringLiteral("ask ") + url.toString());

@@ -1,13 +1,15 @@
 #include "ui/torrents/InspectorModel.h"
-#include "support/MainThread.h"
+#include "world/MainThread.h"
 #include <gtest/gtest.h>
 
 namespace vellum::ui {
+
+using namespace world;
 namespace {
 
 QString text(const char* utf8) { return QString::fromUtf8(utf8); }
 
-struct InspectorModelTest : testing::Test, test::MainThread, LinkOpener::Surroundings {
+struct InspectorModelTest : testing::Test, world::MainThread, LinkOpener::Surroundings {
   QString torrentDir() override { return {}; }
   void torrentStored() override {}
   bool openWithDesktop(const QString& link) override {

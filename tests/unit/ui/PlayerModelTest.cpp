@@ -1,10 +1,12 @@
 #include "ui/player/PlayerModel.h"
 #include "app/AppState.h"
-#include "support/MainThread.h"
+#include "world/MainThread.h"
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 namespace vellum::ui {
+
+using namespace world;
 namespace {
 
 QString text(const char* utf8) { return QString::fromUtf8(utf8); }
@@ -18,7 +20,7 @@ struct NoDesktop final : ExternalPlayers::Desktop {
 };
 
 // Nobody draws, so that whatever is loaded waits to be opened.
-struct PlayerModelTest : testing::Test, test::MainThread {
+struct PlayerModelTest : testing::Test, world::MainThread {
   PlayerModelTest() {
     qputenv("VELLUM_HOME", folder.filePath(text("home")).toUtf8());
     runtime.emplace();

@@ -1,16 +1,18 @@
-#include "support/MainThread.h"
 #include "support/ManualClock.h"
 #include "support/ScriptedTransport.h"
 #include "ui/manage/ProviderRowsModel.h"
+#include "world/MainThread.h"
 #include <QPointer>
 #include <gtest/gtest.h>
 
 namespace vellum::ui {
+
+using namespace world;
 namespace {
 
 QString text(const char* utf8) { return QString::fromUtf8(utf8); }
 
-struct ProviderModelTest : testing::Test, test::MainThread {
+struct ProviderModelTest : testing::Test, world::MainThread {
   static Flow<QByteArray> nothing(QUrl, std::chrono::milliseconds) { co_return QByteArray(); }
 
   ProviderConfig provider(const char* name, ProviderKind kind, const char* address) const {

@@ -1,18 +1,20 @@
 #include "ui/manage/SettingsModel.h"
-#include "support/MainThread.h"
 #include "support/ManualClock.h"
 #include "support/ScriptedTransport.h"
+#include "world/MainThread.h"
 #include <QDir>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <limits>
 
 namespace vellum::ui {
+
+using namespace world;
 namespace {
 
 QString text(const char* utf8) { return QString::fromUtf8(utf8); }
 
-struct SettingsModelTest : testing::Test, test::MainThread {
+struct SettingsModelTest : testing::Test, world::MainThread {
   static Flow<QByteArray> nothing(QUrl, std::chrono::milliseconds) { co_return QByteArray(); }
   SettingsModelTest() { settings.setCachePath(folder.path()); }
 
