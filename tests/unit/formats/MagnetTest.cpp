@@ -14,86 +14,70 @@ std::optional<TorrentInfo> parsed(const char* link) {
       QString::fromUtf8(link).replace(QStringLiteral("HASH"), kUpper));
 }
 
+TEST(Magnet, AQueryIsItsItemsInOrderWithOrWithoutValues) {
+  const auto items = queryItems(QStringLiteral("?a=b&%63&=d&e=&&f=g=h#i=j?k"));
+  QStringList shown;
+  for (const auto& [name, value] : items.value_or(std::vector<QueryItem>{}))
+    shown += name + (value ? u'=' + *value : QString());
+  EXPECT_EQ(shown.join(u' '), QStringLiteral("a=b c =d e=  f=g=h"));
+  EXPECT_FALSE(queryItems(QStringLiteral("a=b#?c=d")));
+}
+
 TEST(Magnet, AHashIsFoundOrTheLinkRefused) {
-  const std::pair<const char*, bool> cases[] = {
-      {"magnet:?xt=urn:btih:HASH", true},
-      {" \n magnet:?xt=urn:btih:HASH\n", true},
-      {"magnet:?dn=x&xt=URN:Btih:HASH#end", true},
-      {"magnet:?xt=urn%3Abtih%3aHASH", true},
-      {"magnet:?x%74=urn:btih:HASH", true},
-      {"magnet:?xt=urn:btih:HASH&xt=nonsense", true},
-      {"MAGNET:?xt=urn:btih:HASH", false},
-      {"magnet?xt=urn:btih:HASH", false},
-      {"magnet:xt=urn:btih:HASH", false},
-      {"magnet:", false},
-      {"magnet:?", false},
-      {"magnet:?XT=urn:btih:HASH", false},
-      {"magnet:?xt", false},
-      {"magnet:?xt=", false},
-      {"magnet:?xt&xt=urn:btih:HASH", false},
-      {"magnet:?xt=urn:sha1:HASH&xt=urn:btih:HASH", false},
-      {"magnet:?xt=HASH", false},
-      {"magnet:?xt=urn:btih:HASH0", false},
-      {"magnet:?xt=urn:btih:0123456789abcdef0123456789abcdef0123456g", false},
-      {"magnet:?xt=urn:btih:0123456789abcdef0123456789abcde", false},
-      {"magnet:?#xt=urn:btih:HASH", false},
-      {"http://127.0.0.1/?xt=urn:btih:HASH", false},
-      {"", false},
-  };
-  for (const auto& [link, good] : cases) {
+  for (const char* link :
+       {" \n magnet:?dn=x&xt=URN:Btih:HASH#end\n", "magnet:?x%74=urn%3Abtih%3aHASH&xt=nonsense",
+        "magnet:?xt=urn:btih:AERUKZ4JVPG66AJDIVTYTK6N54ASGRLH",
+        "magnet:?xt=urn:btih:aerukz4jvpg66ajdivtytk6n54asgrlh"}) {
     const auto torrent = parsed(link);
-    ASSERT_EQ(torrent.has_value(), good) << link;
-    if (good) {
-      EXPECT_EQ(torrent->infoHash, kLower) << link;
-    }
+    EXPECT_EQ(torrent ? torrent->infoHash : QString(), kLower) << link;
   }
+  for (const char* link :
+       {"", "magnet:", "magnet:?xt", "MAGNET:?xt=urn:btih:HASH",
+        "http://127.0.0.1/?xt=urn:btih:HASH", "magnet:xt=urn:btih:HASH", "magnet:?XT=urn:btih:HASH",
+        "magnet:?xt&xt=urn:btih:HASH", "magnet:?xt=urn:sha1:HASH&xt=urn:btih:HASH",
+        "magnet:?xt=HASH", "magnet:?xt=urn:btih:HASH0",
+        "magnet:?xt=urn:btih:0123456789abcdef0123456789abcdef0123456g",
+        "magnet:?xt=urn:btih:0123456789abcdef0123456789abcdef",
+        "magnet:?xt=urn:btih:AERUKZ4JVPG66AJDIVTYTK6N54ASGRL1"})
+    EXPECT_FALSE(parsed(link)) << link;
 }
 
 TEST(Magnet, TheNameFallsBackToTheHashAsItWasGiven) {
-  const auto name = [](const char* rest) {
-    return parsed((std::string("magnet:?xt=urn:btih:HASH") + rest).c_str())->name;
-  };
-  EXPECT_EQ(name(""), kUpper);
-  EXPECT_EQ(name("&dn"), kUpper);
-  EXPECT_EQ(name("&dn=&dn=second"), QString());
-  EXPECT_EQ(name("&dn=a%20b+c%26d=e"), QStringLiteral("a b+c&d=e"));
-  EXPECT_EQ(name("&dn=%C3%A9é%FF"), QStringLiteral("éé\uFFFD"));
-  EXPECT_EQ(name("&dn=50% of%2"), QStringLiteral("50% of%2"));
+  for (const auto& [rest, name] :
+       {std::pair("", kUpper),
+        {"&dn", kUpper},
+        {"&dn=&dn=second", QString()},
+        {"&dn=a%20b+c%26d=e", QStringLiteral("a b+c&d=e")},
+        {"&dn=%C3%A9é%FF", QStringLiteral("éé\uFFFD")},
+        {"&dn=50% of%2", QStringLiteral("50% of%2")},
+        {"&dn=%09%4a%4F%5a", QStringLiteral("\tJOZ")},
+        {"&dn=%4/%4:%4@%4G%4`%4g%4", QStringLiteral("%4/%4:%4@%4G%4`%4g%4")}})
+    EXPECT_EQ(parsed((std::string("magnet:?xt=urn:btih:HASH") + rest).c_str())->name, name) << rest;
 }
 
 TEST(Magnet, TrackersKeepTheirOrderAndTheirDoubles) {
   const auto torrent = parsed(" magnet:?tr=b%3A1&xt=urn:btih:HASH&tr&tr=a&tr=&tr=b:1&Tr=x ");
   ASSERT_TRUE(torrent);
   EXPECT_EQ(torrent->trackers, QStringLiteral("b:1,a,,b:1").split(u','));
-  EXPECT_TRUE(torrent->files.empty());
-  EXPECT_FALSE(torrent->fileUrl);
   EXPECT_EQ(torrent->magnet, QStringLiteral("magnet:?tr=b%3A1&xt=urn:btih:") + kUpper +
                                  QStringLiteral("&tr&tr=a&tr=&tr=b:1&Tr=x"));
 }
 
 TEST(Magnet, Base32IsReadAsItsRfcHasIt) {
-  const std::pair<const char*, std::optional<const char*>> cases[] = {
-      {"", ""},
-      {"MY", "66"},
-      {"mzxw6", "666f6f"},
-      {"MZXW6YTB", "666f6f6261"},
-      {"A", ""},
-      {"MZXW6YQ=", {}},
-      {"MZXW1", {}},
-      {"MZXW8", {}},
-      {"MZ XW", {}},
-      {"77777777777777777777777777777777", "ffffffffffffffffffffffffffffffffffffffff"},
-  };
-  for (const auto& [text, hex] : cases) {
-    const auto result = TorrentMetadata::base32ToHex(QString::fromLatin1(text));
-    ASSERT_EQ(result.has_value(), hex.has_value()) << text;
-    if (hex) {
-      EXPECT_EQ(*result, QString::fromLatin1(*hex)) << text;
-    }
-  }
-  EXPECT_EQ(parsed("magnet:?xt=urn:btih:AERUKZ4JVPG66AJDIVTYTK6N54ASGRLH")->infoHash, kLower);
-  EXPECT_EQ(parsed("magnet:?xt=urn:btih:aerukz4jvpg66ajdivtytk6n54asgrlh")->name, kLower);
-  EXPECT_FALSE(parsed("magnet:?xt=urn:btih:AERUKZ4JVPG66AJDIVTYTK6N54ASGRL1"));
+  const QString none = QStringLiteral("none");
+  for (const auto& [text, hex] :
+       {std::pair("", ""),
+        {"A", ""},
+        {"MY", "66"},
+        {"mzxw6", "666f6f"},
+        {"MZXW6YTB", "666f6f6261"},
+        {"abcdefghijklmnopqrstuvwxyz234567", "00443214c74254b635cf84653a56d7c675be77df"},
+        {"MZXW6YQ=", "none"},
+        {"MZXW1", "none"},
+        {"MZXW8", "none"}})
+    EXPECT_EQ(TorrentMetadata::base32ToHex(QString::fromLatin1(text)).value_or(none),
+              QString::fromLatin1(hex))
+        << text;
 }
 
 TEST(Magnet, AMadeLinkIsEscapedWhollyAndReadBack) {
@@ -103,9 +87,6 @@ TEST(Magnet, AMadeLinkIsEscapedWhollyAndReadBack) {
                        QStringLiteral("&dn=%EF%BB%BFA%20b%26c%3Dd%23%C3%A9%2D%2E%5F%7E%2541%2B%2F"
                                       "%E6%97%A5&tr=udp%3A%2F%2F");
   EXPECT_EQ(link.left(head.size()), head);
-  EXPECT_EQ(link.count(QStringLiteral("&tr=")), 4);
-  EXPECT_TRUE(link.endsWith(QStringLiteral("%3A6969%2Fannounce")));
-
   const auto torrent = TorrentMetadata::parseMagnet(link);
   ASSERT_TRUE(torrent);
   EXPECT_EQ(torrent->infoHash, kLower);
