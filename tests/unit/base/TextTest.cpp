@@ -1,5 +1,4 @@
 #include "base/Text.h"
-#include "base/Bytes.h"
 #include "base/Fmt.h"
 #include <cmath>
 #include <gtest/gtest.h>
@@ -15,11 +14,15 @@ TEST(Text, ByteCountsReadAsInAFileManager) {
       {999, "999 bytes"},
       {1000, "1 KB"},
       {1499, "1 KB"},
+      {10'000, "10 KB"},
       {999'499, "999 KB"},
       {999'500, "1 MB"},
-      {24'600'000, "24.6 MB"},
+      {24'649'999, "24.6 MB"},
       {999'950'000, "1 GB"},
-      {1'250'000'000, "1.25 GB"},
+      {1'200'000'000, "1.2 GB"},
+      {1'254'000'000, "1.25 GB"},
+      {1'254'000'000'000, "1.25 TB"},
+      {1'254'000'000'000'000, "1.25 PB"},
       {9'223'372'036'854'775'807, "9.22 EB"},
   };
   for (const auto& [bytes, text] : cases)
@@ -27,28 +30,44 @@ TEST(Text, ByteCountsReadAsInAFileManager) {
 }
 
 TEST(Text, NamesFromOutsideNeitherForgeLinesNorSpeakToTheTerminal) {
-  EXPECT_EQ(printable(QString::fromUtf8("a\nURL b\r\t\x1b[31m\xC2\x9B\x7F \xE2\x80\xA8é")),
-            QString::fromUtf8("a�URL b���[31m�� �é"));
+  EXPECT_EQ(printable(QString::fromUtf8("a\nURL b\r\t\x1b[31m\xC2\x9B\x7F é")),
+            QString::fromUtf8("a�URL b���[31m�� é"));
+  for (const char16_t c : {0x2028, 0x2029, 0x202A, 0x202E, 0x2066, 0x2069}) // lines, directions
+    EXPECT_EQ(printable(QChar(c)), QChar(QChar::ReplacementCharacter)) << std::hex << int(c);
+  for (const char16_t c : {0x200D, 0x202F, 0x2064, 0x206A})
+    EXPECT_EQ(printable(QChar(c)), QChar(c)) << std::hex << int(c);
 }
 
 TEST(Text, AStrangersNameFitsOneLine) {
   EXPECT_EQ(oneLine(QString::fromUtf8(" a\r\n b\t\xE2\x80\xAE"
                                       "c ")),
             QString::fromUtf8("a b �c"));
-  EXPECT_EQ(oneLine(QString(100'000, u'x')), QString(299, u'x') + QChar(0x2026));
+  const QString fits(300, u'x');
+  EXPECT_EQ(oneLine(fits), fits);
+  EXPECT_EQ(oneLine(fits + u'x'), fits.chopped(1) + QChar(0x2026));
+  EXPECT_EQ(shortened(QStringLiteral("ab😀cd"), 4), QStringLiteral("ab…")); // no half of a face
+}
+
+TEST(Text, ANumberIsDigitsWithASignAndNothingElse) {
+  const std::pair<const char*, std::optional<qint64>> cases[] = {
+      {"0", 0},   {"+5", 5}, {"-19", -19}, {"9223372036854775807", INT64_MAX},
+      {"", {}},   {"-", {}}, {" 1", {}},   {"9223372036854775808", {}},
+      {"1a", {}}, {"٣", {}}, {"+-1", {}},  {"-9223372036854775809", {}}};
+  for (const auto& [text, number] : cases)
+    EXPECT_EQ(parseInt64(QString::fromUtf8(text)), number) << text;
 }
 
 TEST(Fmt, TimesReadAsOnAPlayer) {
   const std::pair<double, const char*> cases[] = {
-      {-1, "0:00"}, {NAN, "0:00"},      {INFINITY, "0:00"}, {0.9, "0:00"},        {59.9, "0:59"},
-      {60, "1:00"}, {3599.99, "59:59"}, {3600, "1:00:00"},  {36'061, "10:01:01"}, {1e300, "0:00"}};
+      {-1, "0:00"}, {NAN, "0:00"},      {INFINITY, "0:00"}, {0x1p53, "0:00"},    {59.9, "0:59"},
+      {60, "1:00"}, {3599.99, "59:59"}, {3600, "1:00:00"},  {36'061, "10:01:01"}};
   for (const auto& [seconds, text] : cases)
     EXPECT_EQ(Fmt::time(seconds), QLatin1String(text)) << seconds;
 }
 
 TEST(Fmt, MarkupBecomesPlainText) {
   const std::pair<const char*, const char*> cases[] = {{"<p>A&amp;B</p>", "A&B"},
-                                                       {"a<br>b<br />c<br\n/>d", "a\nb\nc\nd"},
+                                                       {"<br>a<br>b<br />c<br\n/>d", "a\nb\nc\nd"},
                                                        {"a<BR>b", "ab"},
                                                        {"&amp;lt; &amp;quot;", "&lt; \""},
                                                        {"&#39;x&#39;&nbsp;&gt;", "'x' &gt;"},
@@ -63,23 +82,6 @@ TEST(Fmt, MarkupBecomesPlainText) {
   // In no time at all:
   EXPECT_EQ(Fmt::stripHTML(QString(1 << 20, u'<'))->size(), 1 << 20);
   EXPECT_EQ(Fmt::stripHTML(QStringLiteral("&amp;").repeated(3 << 20))->size(), 3 << 20);
-}
-
-TEST(Bytes, AnInfoHashIsExactlyFortyHexadecimalDigits) {
-  const QString digits = QStringLiteral("00ff").repeated(10);
-  ASSERT_TRUE(hash20FromHex(digits));
-  EXPECT_EQ(toHex(*hash20FromHex(digits.toUpper())), digits);
-  for (const QString& bad : {digits.chopped(1), digits + u'0', QStringLiteral("0g").repeated(20),
-                             QStringLiteral("+1").repeated(20), QString()})
-    EXPECT_FALSE(hash20FromHex(bad)) << bad.toStdString();
-}
-
-TEST(Bytes, BigEndianBothWays) {
-  std::array<std::byte, 8> out{};
-  putBe64(out, 0x0102030405060708);
-  EXPECT_EQ(toHex(out), QStringLiteral("0102030405060708"));
-  EXPECT_EQ(rd64(out, 0), 0x0102030405060708U);
-  EXPECT_EQ(rd32(out, 2), 0x03040506U);
 }
 
 } // namespace
