@@ -1,35 +1,103 @@
-#include "NetTest.h"
+#include "net/HttpClient.h"
+#include "OwnCertificate.h"
+#include "base/IoPool.h"
 #include "support/Gzip.h"
+#include "world/MainThread.h"
+#include "world/ScriptedServer.h"
 #include <QDir>
 #include <QTemporaryDir>
+#include <gtest/gtest.h>
 
 namespace vellum::test {
+
+using namespace world;
+
 namespace {
 
-using HttpClientTest = NetTest;
+using namespace std::chrono_literals;
+using Answer = ScriptedServer::Answer;
+using Reason = NetError::Reason;
+
+// How one request ended.
+struct Ending {
+  HttpResponse response = {};
+  std::optional<NetError> error = {};
+  asio::error_code code = {}; // of a cancellation
+  bool isOnItsStrand = false;
+
+  QString words() const { return error ? error->errorDescription() : QString(); }
+};
+
+struct HttpClientTest : testing::Test, MainThread {
+  // Runs on the strand, never on the main thread.
+  template <class Result>
+  static Flow<> await(Flow<Result> request, Strand strand,
+                      std::shared_ptr<std::promise<Ending>> promise) {
+    Ending ending;
+    try {
+      if constexpr (std::is_same_v<Result, HttpResponse>)
+        ending.response = co_await std::move(request);
+      else
+        ending.response.body = co_await std::move(request);
+    } catch (const NetError& error) {
+      ending.error.emplace(error);
+    } catch (const asio::system_error& error) {
+      ending.code = error.code();
+    }
+    ending.isOnItsStrand = strand.running_in_this_thread();
+    promise->set_value(std::move(ending));
+  }
+
+  template <class Result>
+  std::future<Ending> start(Flow<Result> request) {
+    const auto promise = std::make_shared<std::promise<Ending>>();
+    syncOn(strand, [&] { flows.spawn(await(std::move(request), strand, promise)); });
+    return promise->get_future();
+  }
+
+  static Ending ending(std::future<Ending> future) {
+    if (!turnUntil([&] { return future.wait_for(0s) == std::future_status::ready; }))
+      throw std::runtime_error("the request never ended");
+    Ending result = future.get();
+    EXPECT_TRUE(result.isOnItsStrand);
+    return result;
+  }
+
+  Ending get(const QUrl& url, std::chrono::milliseconds timeout = 8s,
+             std::int64_t maxBytes = HttpClient::kLargestBody) {
+    return ending(start(client->fetchData(url, timeout, maxBytes)));
+  }
+
+  IoPool pool;
+  Strand strand = pool.makeStrand();
+  FlowGroup flows{strand};
+  std::optional<HttpClient> client{std::in_place, main};
+};
 
 TEST_F(HttpClientTest, TheStatusDecidesWhetherAnAnswerIsGood) {
-  struct Case {
-    int status;
-    QByteArray body;
-    QString error;
-  };
-  for (const auto& [status, body, error] :
-       {Case{199, "early", QStringLiteral("HTTP 199")}, Case{200, "good", {}}, Case{200, "", {}},
-        Case{299, "also good", {}}, Case{300, "choose", QStringLiteral("HTTP 300")},
-        Case{304, "", QStringLiteral("HTTP 304")}, Case{401, "who", QStringLiteral("HTTP 401")},
-        Case{404, "none", QStringLiteral("HTTP 404")},
-        Case{500, "broken", QStringLiteral("HTTP 500")}}) {
-    ScriptedServer server([&](const QByteArray&) { return ScriptedServer::reply(status, body); });
-    const Ending ending = get(server.url());
-    EXPECT_EQ(ending.error, error) << status;
-    EXPECT_EQ(ending.status, error.isEmpty() ? 0 : status);
-    EXPECT_EQ(ending.body, error.isEmpty() ? body : QByteArray()) << status;
-  }
-  ScriptedServer server([](const QByteArray&) { // the status also before what the body may be
-    return ScriptedServer::reply(404, "not packed", "Content-Encoding: gzip\r\n");
+  ScriptedServer server([](const QByteArray& request) { // which names the status
+    return ScriptedServer::reply(request.mid(5, 3).toInt(), "not packed",
+                                 request.mid(9, 2) == "gz" ? "Content-Encoding: gzip\r\n" : "");
   });
-  EXPECT_EQ(get(server.url()).error, QStringLiteral("HTTP 404"));
+  for (const auto& [path, isGood] : {std::pair("/199/gz", false),
+                                     {"/200", true},
+                                     {"/299", true},
+                                     {"/300", false},
+                                     {"/401", false},
+                                     {"/404/gz", false},
+                                     {"/500", false}}) {
+    const QUrl url = server.url(QLatin1String(path));
+    const Ending fetched = get(url);
+    const int status = QByteArray(path).mid(1, 3).toInt();
+    EXPECT_EQ(fetched.words(), isGood ? QString() : QStringLiteral("HTTP %1").arg(status));
+    EXPECT_EQ(fetched.error ? fetched.error->status() : 0, isGood ? 0 : status);
+    EXPECT_EQ(fetched.response.body, isGood ? "not packed" : "") << path;
+    if (url.path().endsWith(u'z')) continue;
+    const Ending asked = ending(start(client->transport()(url))); // which judges by itself
+    EXPECT_EQ(asked.words(), QString());
+    EXPECT_EQ(asked.response.status, status);
+    EXPECT_EQ(asked.response.body, "not packed") << path;
+  }
 }
 
 TEST_F(HttpClientTest, AsksWithTheNameOfTheProgramAndFollowsRedirects) {
@@ -42,16 +110,20 @@ TEST_F(HttpClientTest, AsksWithTheNameOfTheProgramAndFollowsRedirects) {
       return ScriptedServer::reply(302, "again", "Location: /loop\r\n");
     if (request.startsWith("GET /disk "))
       return ScriptedServer::reply(302, "down", "Location: file:///etc/hostname\r\n");
-    return ScriptedServer::reply(200, "arrived");
+    return ScriptedServer::reply(200, "arrived", "Content-Type: text/x\r\n");
   });
-  EXPECT_EQ(get(server.url(QStringLiteral("/old"))).body, "arrived");
+  const Transport partly = client->transport(8s, "bytes=0-6");
+  const HttpResponse part = ending(start(partly(server.url(QStringLiteral("/old"))))).response;
+  EXPECT_EQ(part.body, "arrived");
+  EXPECT_EQ(part.contentType, QStringLiteral("text/x"));
   EXPECT_TRUE(asked.startsWith("GET /new?a=b HTTP/1.1\r\n")) << asked.toStdString();
   EXPECT_TRUE(asked.contains("User-Agent: VellumApp/1.0 (macOS)\r\n")) << asked.toStdString();
+  EXPECT_TRUE(asked.contains("Range: bytes=0-6\r\n")) << asked.toStdString();
 
   for (const auto& path : {QStringLiteral("/loop"), QStringLiteral("/disk")}) {
     const Ending ending = get(server.url(path));
-    EXPECT_FALSE(ending.error.isEmpty()) << path.toStdString();
-    EXPECT_EQ(ending.body, "");
+    EXPECT_TRUE(ending.error) << path.toStdString();
+    EXPECT_FALSE(asked.contains("Range:"));
   }
   EXPECT_LT(server.requests(), 100);
 }
@@ -60,12 +132,14 @@ TEST_F(HttpClientTest, KeepsAnswersOnDiskUntilToldToForgetThem) {
   const QTemporaryDir folder;
   ScriptedServer server([](const QByteArray& request) {
     EXPECT_TRUE(request.contains("Accept-Encoding: gzip\r\n")) << request.toStdString();
-    return ScriptedServer::reply(200, gzip("kept"),
-                                 "Cache-Control: max-age=1000\r\nContent-Encoding: gzip\r\n");
+    const QByteArray age = "Cache-Control: max-age=1000\r\n";
+    if (request.startsWith("GET /large "))
+      return ScriptedServer::reply(200, QByteArray(40 << 20, 'x'), age);
+    return ScriptedServer::reply(200, gzip("kept"), age + "Content-Encoding: gzip\r\n");
   });
   const auto fetchTwice = [&] {
-    EXPECT_EQ(get(server.url()).body, "kept");
-    EXPECT_EQ(get(server.url()).body, "kept");
+    EXPECT_EQ(get(server.url()).response.body, "kept");
+    EXPECT_EQ(get(server.url()).response.body, "kept");
     return server.requests();
   };
   EXPECT_EQ(fetchTwice(), 2) << "without a folder nothing is kept";
@@ -85,6 +159,8 @@ TEST_F(HttpClientTest, KeepsAnswersOnDiskUntilToldToForgetThem) {
   client->setCacheDirectory(folder.path());
   client->clearCache(); // before there is a network stack
   EXPECT_EQ(fetchTwice(), 5);
+  for (int i = 0; i < 2; ++i) get(server.url(QStringLiteral("/large")), 30s, 40 << 20);
+  EXPECT_EQ(server.requests(), 6) << "what is large, too";
 }
 
 TEST_F(HttpClientTest, TheCacheMovesAndIsClearedUnderRunningRequests) {
@@ -92,9 +168,9 @@ TEST_F(HttpClientTest, TheCacheMovesAndIsClearedUnderRunningRequests) {
   const QByteArray headers = "HTTP/1.1 200 OK\r\nCache-Control: max-age=1000\r\n";
   ScriptedServer server([&](const QByteArray& request) {
     const bool isLong = request.startsWith("GET /long ");
-    return isLong ? ScriptedServer::Answer{headers + "Content-Length: 6000000\r\n\r\n",
-                                           QByteArray(300'000, 'x'), 20, 10ms}
-                  : ScriptedServer::Answer{headers + "Content-Length: 20\r\n\r\n", "x", 20, 10ms};
+    return isLong ? Answer{headers + "Content-Length: 6000000\r\n\r\n", QByteArray(300'000, 'x'),
+                           20, 10ms}
+                  : Answer{headers + "Content-Length: 20\r\n\r\n", "x", 20, 10ms};
   });
   const QUrl urls[] = {server.url(QStringLiteral("/long")), server.url(QStringLiteral("/short"))};
   const auto changes = {
@@ -103,48 +179,34 @@ TEST_F(HttpClientTest, TheCacheMovesAndIsClearedUnderRunningRequests) {
   client->setCacheDirectory(folder.filePath(QStringLiteral("a")));
   int asked = 0;
   for (const auto& change : changes) {
-    std::array<std::promise<Ending>, 2> promises;
-    for (int i = 0; i < 2; ++i) start(client->fetchData(urls[i], 1h), promises[i]);
+    std::vector<std::future<Ending>> running;
+    for (const QUrl& url : urls) running.push_back(start(client->fetchData(url, 1h)));
     asked += 2;
     ASSERT_TRUE(turnUntil([&] { return server.requests() == asked; }));
     change();
-    for (auto& promise : promises) EXPECT_EQ(ending(promise).error, QString());
-    for (const QUrl& url : urls) EXPECT_GE(get(url).body.size(), 20);
+    for (auto& one : running) EXPECT_EQ(ending(std::move(one)).words(), QString());
+    for (const QUrl& url : urls) EXPECT_GE(get(url).response.body.size(), 20);
     asked = server.requests(); // an answer under way may be kept or not
-    for (const QUrl& url : urls) EXPECT_GE(get(url).body.size(), 20);
+    for (const QUrl& url : urls) EXPECT_GE(get(url).response.body.size(), 20);
     EXPECT_EQ(server.requests(), asked) << "what comes after the change is kept";
     client->clearCache();
   }
-}
-
-TEST_F(HttpClientTest, ACancelledCoroutineGoesOnAtOnceAndTheConnectionIsDropped) {
-  ScriptedServer server([](const QByteArray&) {
-    return ScriptedServer::Answer{"HTTP/1.1 200 OK\r\n\r\n", "half", 1, 0ms, true};
-  });
-  std::promise<Ending> promise;
-  start(client->fetchData(server.url(), 1h), promise);
-  ASSERT_TRUE(turnUntil([&] { return server.requests() == 1; }));
-  asio::post(strand, [this] { flows.cancelAll(); });
-  EXPECT_EQ(ending(promise).code, asio::error::operation_aborted);
-  EXPECT_TRUE(turnUntil([&] { return server.dropped() == 1; }));
 }
 
 TEST_F(HttpClientTest, ACancellationMayMeetTheAnswerAtAnyMoment) {
   ScriptedServer server([](const QByteArray&) { return ScriptedServer::reply(200, "good"); });
   int good = 0;
   int cancelled = 0;
-  constexpr int kRounds = 150;
+  constexpr int kRounds = 100;
   for (int round = 0; round < kRounds; ++round) {
-    std::promise<Ending> promise;
     asio::steady_timer timer(pool.io());
     timer.expires_after(std::chrono::microseconds(round * round));
     timer.async_wait(asio::bind_executor(strand, [this](asio::error_code stopped) {
       if (!stopped) flows.cancelAll();
     }));
-    start(client->fetchData(server.url(), 1h), promise);
-    const Ending result = ending(promise);
-    EXPECT_EQ(result.error, QString());
-    good += result.body == "good" ? 1 : 0;
+    const Ending result = ending(start(client->fetchData(server.url(), 1h)));
+    EXPECT_EQ(result.words(), QString());
+    good += result.response.body == "good" ? 1 : 0;
     cancelled += result.code == asio::error::operation_aborted ? 1 : 0;
     EXPECT_TRUE(turnUntil([&] { return syncOn(strand, [&] { return flows.isIdle(); }); }));
   }
@@ -153,22 +215,95 @@ TEST_F(HttpClientTest, ACancellationMayMeetTheAnswerAtAnyMoment) {
   EXPECT_GT(good, 0);
 }
 
-TEST_F(HttpClientTest, FetchesEndWithTheClientAndNoneBeginsAfterIt) {
+TEST_F(HttpClientTest, FetchesEndWithWhoeverAskedOrTheClientAndNoneBeginsAfterIt) {
   ScriptedServer server([](const QByteArray&) {
-    return ScriptedServer::Answer{"HTTP/1.1 200 OK\r\n\r\n", "half", 1, 0ms, true};
+    return Answer{"HTTP/1.1 200 OK\r\n\r\n", "half", 1, 0ms, true};
   });
   const FetchData fetch = client->fetcher();
-  std::array<std::promise<Ending>, 3> promises;
-  for (auto& promise : promises) start(fetch(server.url(), 1h), promise);
-  ASSERT_TRUE(turnUntil([&] { return server.requests() == 3; }));
-  client.reset();
-  for (auto& promise : promises) EXPECT_EQ(ending(promise).code, asio::error::operation_aborted);
-  EXPECT_TRUE(turnUntil([&] { return server.dropped() == 3; }));
+  for (const bool byClient : {false, true}) {
+    std::vector<std::future<Ending>> running;
+    for (int i = 0; i < 3; ++i) running.push_back(start(fetch(server.url(), 1h)));
+    const int all = byClient ? 6 : 3;
+    ASSERT_TRUE(turnUntil([&] { return server.requests() == all; }));
+    byClient ? client.reset() : asio::post(strand, [this] { flows.cancelAll(); });
+    for (auto& one : running)
+      EXPECT_EQ(ending(std::move(one)).code, asio::error::operation_aborted);
+    EXPECT_TRUE(turnUntil([&] { return server.dropped() == all; }));
+  }
+  EXPECT_EQ(ending(start(fetch(server.url(), 1h))).code, asio::error::operation_aborted);
+  EXPECT_EQ(server.requests(), 6);
+}
 
-  std::promise<Ending> late;
-  start(fetch(server.url(), 1h), late);
-  EXPECT_EQ(ending(late).code, asio::error::operation_aborted);
-  EXPECT_EQ(server.requests(), 3);
+TEST_F(HttpClientTest, OnlyAddressesOfTheWebAreFetched) {
+  for (const char* address : {"", "file:///etc/hostname", "ftp://127.0.0.1/x", "data:text/plain,x",
+                              "qrc:/x", "http://", "http:///path", "127.0.0.1", "magnet:?xt=x"})
+    EXPECT_EQ(get(QUrl(QLatin1String(address))).words(), QStringLiteral("Invalid URL")) << address;
+}
+
+TEST_F(HttpClientTest, AFailureSaysWhatTheNetworkDid) {
+  const QByteArray ok = "HTTP/1.1 200 OK\r\n";
+  for (const QByteArray& head :
+       {QByteArray(), QByteArray("SSH-2.0-nobody\r\n"), ok + "Content-Length: 100\r\n\r\n",
+        ok + "Content-Encoding: gzip\r\n\r\nno gzip"}) {
+    ScriptedServer server([&](const QByteArray&) { return Answer{head, "abc"}; });
+    const Ending broken = get(server.url());
+    ASSERT_TRUE(broken.error) << head.toStdString();
+    EXPECT_EQ(broken.error->reason(), Reason::Other) << broken.words().toStdString();
+  }
+  QUrl refused;
+  {
+    ScriptedServer gone([](const QByteArray&) { return Answer{}; });
+    refused = gone.url();
+  }
+  const UntrustedServer untrusted;
+  struct Case {
+    QUrl url;
+    Reason reason;
+    const char* words;
+  };
+  for (const auto& [url, reason, words] :
+       {Case{refused, Reason::CannotConnect, "Connection refused"},
+        Case{QUrl(QStringLiteral("http://vellum.invalid")), Reason::HostNotFound, "not found"},
+        Case{untrusted.url(), Reason::Tls, "certificate is self-signed, and untrusted"}}) {
+    const Ending ending = get(url);
+    ASSERT_TRUE(ending.error) << words;
+    EXPECT_EQ(ending.error->reason(), reason) << words;
+    EXPECT_EQ(ending.error->status(), 0);
+    EXPECT_TRUE(ending.words().contains(QLatin1String(words))) << ending.words().toStdString();
+  }
+  EXPECT_EQ(untrusted.heard(), "") << "nothing is asked of a stranger";
+}
+
+TEST_F(HttpClientTest, TheTimeOutBoundsTheWholeAndNotAPause) {
+  ScriptedServer server([](const QByteArray&) {
+    return Answer{"HTTP/1.1 200 OK\r\n\r\n", "x", 1000, 20ms};
+  });
+  const auto began = std::chrono::steady_clock::now();
+  const Ending late = get(server.url(), 300ms);
+  EXPECT_EQ(late.words(), QStringLiteral("The request timed out"));
+  EXPECT_EQ(late.error->reason(), Reason::TimedOut);
+  EXPECT_LT(std::chrono::steady_clock::now() - began, 5s);
+  EXPECT_TRUE(turnUntil([&] { return server.dropped() == 1; }));
+}
+
+TEST_F(HttpClientTest, ABodyBeyondTheLimitIsDropped) {
+  const QByteArray block(1 << 20, 'x');
+  const QString tooLarge = QStringLiteral("The answer is too large");
+  for (const QByteArray& head :
+       {QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 2147483648\r\n\r\n"),
+        QByteArray("HTTP/1.1 200 OK\r\n\r\n")}) {
+    ScriptedServer server([&](const QByteArray&) { return Answer{head, block, 2048}; });
+    EXPECT_EQ(get(server.url()).words(), tooLarge);
+    EXPECT_TRUE(turnUntil([&] { return server.dropped() == 1; }));
+  }
+  for (const bool isPacked : {false, true}) {
+    ScriptedServer server([&](const QByteArray&) {
+      return ScriptedServer::reply(200, isPacked ? gzip(block) : block,
+                                   isPacked ? "Content-Encoding: gzip\r\n" : "");
+    });
+    EXPECT_EQ(get(server.url(), 8s, block.size()).response.body, block);
+    EXPECT_EQ(get(server.url(), 8s, block.size() - 1).words(), tooLarge);
+  }
 }
 
 } // namespace

@@ -17,6 +17,8 @@ TEST(AnswerPlanTest, APartCountsOnlyWhereTheFileEndsAndOfAFileAsLongAsBefore) {
   const AnswerPlan unusable{Body::Unusable};
   for (const auto& [asked, range, plan] : {
            Case{{50, 100}, "bytes 50-99/100", {Body::Append, 100}},
+           Case{{1, 0}, "bytes 1-1/2", {Body::Append, 2}},
+           Case{{1, 0}, "bytes 2-2/3", again},
            Case{{50, 100}, "Bytes 50-99/*", {Body::Append, 100}},
            Case{{50, 0}, "bytes 50-99/*", {Body::Append, 100}},
            Case{{50, 0}, "bytes 50-79/100", {Body::Append, 100}},
@@ -55,7 +57,7 @@ TEST(AnswerPlanTest, TheStatusDecidesFirstThenTheEncoding) {
            Case{50, {200, "bytes 50-99/100", {}, 100}, {Body::Replace, 100}},
            Case{0, {199, {}, {}, 7}, {Body::BadStatus}},
            Case{50, {300, {}, {}, 7}, {Body::BadStatus}},
-           Case{50, {416, "bytes */50", {}, 0}, {Body::AskAgain}},
+           Case{1, {416, "bytes */50", {}, 0}, {Body::AskAgain}},
            Case{0, {416, {}, {}, 0}, {Body::BadStatus}},
            Case{0, {200, {}, "gzip", 7}, {Body::Unusable}},
            Case{0, {404, {}, "gzip", 7}, {Body::BadStatus}},

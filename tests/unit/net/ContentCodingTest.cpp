@@ -17,10 +17,12 @@ TEST(ContentCoding, UnpacksWhatWasOfferedAndNoMoreThanIsWanted) {
        {Case{packed, "gzip", "{}"}, Case{packed, " X-GZIP", "{}"}, Case{packed, "", packed},
         Case{"abc", "br", "abc"}, Case{"", "gzip", ""}, Case{packed + packed, "gzip", "{}{}"},
         Case{packed + "\x1f", "gzip", "{}"}, Case{packed + "behind", "gzip", "{}"},
+        Case{packed + "\x1f.", "gzip", "{}"}, Case{packed + ".\x8b", "gzip", "{}"},
         Case{gzip(large), "gzip", large}})
     EXPECT_EQ(unpacked(body, coding, large.size()), plain) << coding;
-  for (const QByteArray& broken : {QByteArray("{}"), packed.chopped(1), packed.first(3),
-                                   packed.first(12) + "xxxx", packed + packed.chopped(1)})
+  for (const QByteArray& broken :
+       {QByteArray("{}"), packed.chopped(1), packed.first(3), packed.first(12) + "xxxx",
+        packed + packed.chopped(1), packed + "\x1f\x8b", qCompress("{}").mid(4)})
     EXPECT_THROW(unpacked(broken, "gzip", 100), NetError) << broken.toHex().toStdString();
 }
 
