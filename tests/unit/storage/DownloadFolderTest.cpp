@@ -1,9 +1,13 @@
 #include "storage/DownloadFolder.h"
-#include <QSet>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-namespace vellum {
+namespace vellum::downloadFolder {
 namespace {
+
+QString text(const char* utf8) { return QString::fromUtf8(utf8); }
 
 TEST(DownloadFolderTest, AFileIsNamedByTheLastComponentOfItsAddress) {
   struct Case {
@@ -16,63 +20,94 @@ TEST(DownloadFolderTest, AFileIsNamedByTheLastComponentOfItsAddress) {
         Case{"http://h/a%2Fb.mp4", "a_b.mp4"}, Case{"http://h/%2e%2e%2f%2e%2e%2fetc", ".._.._etc"},
         Case{"http://h/%C3%BC.mp4", "ü.mp4"}, Case{"http://h/%FF.mp4", "%FF.mp4"},
         Case{"http://h/100%25.mp4", "100%.mp4"}, Case{"http://h/a%00b.mp4", "a_b.mp4"},
-        Case{"http://h/a%0Ab%7F%C2%85.mp4", "a_b__.mp4"},
-        Case{"http://h/%E2%80%AE4pm.exe%E2%81%A6%E2%80%8F%D8%9C", "_4pm.exe___"},
-        Case{"http://h/%E2%80%8D%F0%9F%98%80.mp4", "\u200d😀.mp4"}, // a joiner belongs to words
-        Case{"http://h/film/", "film"}, Case{"http://h/", "_"}, Case{"http://h", ""}})
-    EXPECT_EQ(downloadFolder::fileName(QUrl(QLatin1String(url))).toStdString(), name) << url;
+        Case{"http://h/a%0Ab%7F%C2%85.mp4", "a_b__.mp4"}, Case{"http://h/film/", "film"},
+        Case{"http://h//", "_"}, Case{"http://h/", "_"}, Case{"http://h", ""}})
+    EXPECT_EQ(fileName(QUrl(QLatin1String(url))).toStdString(), name) << url;
+
+  const auto named = [](char16_t code) {
+    return fileName(QUrl(text("http://h/a") + QChar(code) + text("b.mp4")));
+  };
+  // Marks, separators and overrides of direction, at the edges of their ranges.
+  for (const char16_t code : {0x061C, 0x200E, 0x200F, 0x2028, 0x202E, 0x2066, 0x2069})
+    EXPECT_EQ(named(code), text("a_b.mp4")) << int(code);
+  for (const char16_t code : {0x061D, 0x200D, 0x2010, 0x2027, 0x202F, 0x206A}) // joiners belong
+    EXPECT_EQ(named(code), text("a") + QChar(code) + text("b.mp4")) << int(code);
 }
 
 TEST(DownloadFolderTest, TheFirstFreeNumberIsPutBeforeTheExtension) {
+  const std::string longest = "a." + std::string(40, 'x');
   struct Case {
-    const char* name;
-    QSet<QString> taken;
-    const char* path;
+    std::string name, taken, free;
   };
-  const auto at = [](const char* name) { return QStringLiteral("/d/") + QLatin1String(name); };
-  for (const auto& [name, taken, path] :
-       {Case{"film.mp4", {}, "/d/film.mp4"}, Case{"film.mp4", {at("film.mp4")}, "/d/film 1.mp4"},
-        Case{"film.mp4", {at("film.mp4"), at("film 1.mp4")}, "/d/film 2.mp4"},
-        Case{"film.mp4", {at("film.mp4"), at("film 2.mp4")}, "/d/film 1.mp4"},
-        Case{"film 1.mp4", {at("film 1.mp4")}, "/d/film 1 1.mp4"},
-        Case{"a.tar.gz", {at("a.tar.gz")}, "/d/a.tar 1.gz"},
-        Case{"film", {at("film")}, "/d/film 1."}, Case{".mp4", {at(".mp4")}, "/d/.mp4 1."},
-        Case{"..", {at("..")}, "/d/.. 1."}, Case{"", {at("")}, "/d/ 1."}})
-    for (const auto& folder : {QStringLiteral("/d"), QStringLiteral("/d/")}) {
-      const auto isTaken = [&taken = taken](const QString& p) { return taken.contains(p); };
-      EXPECT_EQ(downloadFolder::freePath(folder, QLatin1String(name), isTaken).toStdString(), path);
+  for (const auto& [name, taken, free] :
+       {Case{"film.mp4", "film", "film.mp4"}, Case{"film.mp4", "film.mp4|film 1.mp4", "film 2.mp4"},
+        Case{"film.mp4", "film.mp4|film 2.mp4", "film 1.mp4"},
+        Case{"film 1.mp4", "film 1.mp4", "film 1 1.mp4"}, Case{"a.b", "a.b", "a 1.b"},
+        Case{"a.tar.gz", "a.tar.gz", "a.tar 1.gz"}, Case{"film", "film", "film 1."},
+        Case{"film.", "film.", "film. 1."}, Case{".mp4", ".mp4", ".mp4 1."},
+        Case{"..", "..", ".. 1."}, Case{"", "|", " 1."},
+        Case{longest, longest, "a 1." + std::string(40, 'x')},
+        Case{longest + 'x', longest + 'x', longest + "x 1."}})
+    for (const char* folder : {"/d", "/d/"}) {
+      const auto isTaken = [names = text(taken.c_str()).split(u'|')](const QString& path) {
+        return path.startsWith(text("/d/")) && names.contains(path.mid(3));
+      };
+      EXPECT_EQ(freePath(text(folder), text(name.c_str()), isTaken).toStdString(), "/d/" + free);
     }
 }
 
 TEST(DownloadFolderTest, TheStemIsCutToWhatAFileSystemTakes) {
-  const auto nothing = [](const QString&) { return false; };
-  const auto one = [](const QString& path) { return !path.endsWith(QLatin1String(" 10.mp4")); };
-  const auto times = [](int n, const char* text) { return QString::fromUtf8(text).repeated(n); };
-  const QString mp4 = QStringLiteral(".mp4");
+  const auto times = [](int n, const char* utf8) { return text(utf8).repeated(n); };
+  const QString mp4 = text(".mp4");
+  const QString tenth = text(" 10.mp4");
   struct Case {
     QString name;
     QString first;
     QString tenth; // when nine are taken
   };
-  const QString tenth = QStringLiteral(" 10.mp4");
   for (const auto& [name, first, numbered] :
        {Case{times(251, "x") + mp4, times(251, "x") + mp4, times(248, "x") + tenth},
         Case{times(252, "x") + mp4, times(251, "x") + mp4, times(248, "x") + tenth},
         Case{times(126, "ü") + mp4, times(125, "ü") + mp4, times(124, "ü") + tenth},
-        Case{times(63, "😀") + mp4, times(62, "😀") + mp4, times(62, "😀") + tenth}}) {
-    EXPECT_EQ(downloadFolder::freePath(QStringLiteral("/d"), name, nothing).mid(3), first);
-    EXPECT_EQ(downloadFolder::freePath(QStringLiteral("/d"), name, one).mid(3), numbered);
+        Case{times(63, "😀") + mp4, times(62, "😀") + mp4, times(62, "😀") + tenth},
+        Case{times(300, "x"), times(255, "x"), times(251, "x") + text(" 10.")},
+        Case{text("a.") + times(300, "x"), text("a.") + times(253, "x"),
+             text("a.") + times(249, "x") + text(" 10.")}}) {
+    EXPECT_EQ(freePath(text("/d"), name, [](const auto&) { return false; }).mid(3), first);
+    const auto nine = [](const QString& path) { return !path.contains(text(" 10.")); };
+    EXPECT_EQ(freePath(text("/d"), name, nine).mid(3), numbered);
   }
-  for (const QString& odd : {times(300, "x"), QStringLiteral("a.") + times(300, "x")})
-    EXPECT_EQ(downloadFolder::freePath(QStringLiteral("/d"), odd, nothing).mid(3), odd.left(255));
 }
 
-TEST(DownloadFolderTest, SevenExtensionsOfAnyCaseAreFilms) {
-  for (const char* name : {"a.mp4", "a.M4V", "a.mov", "a.mkv", "b.a.AVI", "a.webm", "a.ogv"})
-    EXPECT_TRUE(downloadFolder::isVideo(QLatin1String(name))) << name;
-  for (const char* name : {"mp4", ".mp4", "a.mp4.part", "a.mp3", "a.", "a.mp44", ""})
-    EXPECT_FALSE(downloadFolder::isVideo(QLatin1String(name))) << name;
+TEST(DownloadFolderTest, ListsTheFilmsAtItsTopLevelNewestFirst) {
+  const QTemporaryDir home;
+  const QString folder = home.filePath(text("not/there/yet"));
+  EXPECT_TRUE(list(folder).empty());
+  ASSERT_FALSE(make(folder));
+  const auto put = [&](const char* name) {
+    QFile file(folder + u'/' + QLatin1String(name));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("mine") == 4) << name;
+  };
+  ASSERT_TRUE(QDir(folder).mkpath(text("sub.mp4")));
+  for (const char* film : {"a.mp4", "a.M4V", "a.mov", "a.mkv", "b.a.AVI", "a.webm", "a.ogv"})
+    put(film);
+  for (const char* other :
+       {"mp4", ".mp4", ".c.mp4", "a.mp4.part", "a.mp3", "a.", "a.mp44", "sub.mp4/f.mp4"})
+    put(other);
+  for (const char* lost : {"lost.avi", "lost2.avi"}) // they lead nowhere, and have no age
+    ASSERT_TRUE(QFile::link(text("/nowhere"), folder + u'/' + QLatin1String(lost)));
+  const SavedFiles saved = list(folder);
+  ASSERT_EQ(saved.size(), 9);
+  for (std::size_t i = 0; i < 7; ++i) {
+    EXPECT_EQ(saved[i].size, 4);
+    EXPECT_GE(saved[i].added, saved[i + 1].added);
+  }
+  EXPECT_EQ(saved[7],
+            (SavedFile{QUrl::fromLocalFile(folder + text("/lost.avi")), 0, kDistantPast}));
+  EXPECT_EQ(saved[8].url.fileName(), text("lost2.avi"));
+  EXPECT_EQ(make(folder + text("/mp4/x")), text("Not a directory"));
+  EXPECT_EQ(make(text("relative")), text("No such file or directory"));
 }
 
 } // namespace
-} // namespace vellum
+} // namespace vellum::downloadFolder

@@ -1,111 +1,96 @@
 #include "storage/SettingsStore.h"
+#include <QDir>
 #include <QFileInfo>
 #include <QTemporaryDir>
+#include <QVariant>
 #include <gtest/gtest.h>
 
 namespace vellum {
 namespace {
 
-QString key(const char* name) { return QLatin1String(name); }
+QString text(const char* latin1) { return QLatin1String(latin1); }
 
 struct SettingsStoreTest : testing::Test {
   SettingsStoreTest() { qputenv("VELLUM_HOME", home.path().toUtf8()); }
   ~SettingsStoreTest() override { qputenv("VELLUM_HOME", homeBefore); }
 
   const QByteArray homeBefore = qgetenv("VELLUM_HOME");
-  QTemporaryDir home;
+  const QTemporaryDir home;
   PreferenceStore preferences;
 };
 
-TEST_F(SettingsStoreTest, StartsFromItsDefaultsAndWritesNothing) {
-  const SettingsStore settings(preferences);
-  const QString support = home.path() + QStringLiteral("/ApplicationSupport/VellumApp");
-  EXPECT_EQ(settings.cachePath(), support + QStringLiteral("/Cache"));
-  EXPECT_EQ(settings.downloadsPath(), home.path() + QStringLiteral("/Movies/VellumApp"));
+TEST_F(SettingsStoreTest, EachValueHasADefaultATypeAndASignalAndIsKept) {
+  const QString support = home.path() + text("/ApplicationSupport/VellumApp");
+  const QString movies = home.path() + text("/Movies/VellumApp");
+  using Settings = SettingsStore;
+  const struct {
+    const char* name;
+    QVariant byDefault, other;
+    void (Settings::*changed)();
+  } rows[] = {
+      {"cachePath", support + text("/Cache"), text("/c"), &Settings::cachePathChanged},
+      {"downloadsPath", movies, text("/d"), &Settings::downloadsPathChanged},
+      {"cacheLimitMB", 1024LL, -1LL, &Settings::cacheLimitMBChanged},
+      {"autoCleanDays", 14LL, 0LL, &Settings::autoCleanDaysChanged},
+      {"gridView", true, false, &Settings::gridViewChanged},
+      {"preferredQuality", text("1080p"), text("720p"), &Settings::preferredQualityChanged},
+      {"uploadLimitKBps", 0LL, 7LL, &Settings::uploadLimitKBpsChanged},
+      {"stopSeedingOnClose", true, false, &Settings::stopSeedingOnCloseChanged},
+      {"keepAfterPlayback", false, true, &Settings::keepAfterPlaybackChanged},
+  };
+  for (const auto& [name, byDefault, other, changed] : rows) {
+    EXPECT_EQ(SettingsStore(preferences).property(name), byDefault) << name;
+    EXPECT_FALSE(preferences.string(text(name)) || preferences.integer(text(name)) ||
+                 preferences.boolean(text(name)))
+        << name << " is written unasked";
+    preferences.set(text(name), QByteArray("another type"));
+    SettingsStore settings(preferences);
+    EXPECT_EQ(settings.property(name), byDefault) << name;
+    int published = 0;
+    QObject::connect(&settings, changed, [&published = published] { ++published; });
+    EXPECT_TRUE(settings.setProperty(name, other));
+    EXPECT_EQ(published, 1) << name;
+    EXPECT_EQ(settings.property(name), other) << name;
+    EXPECT_EQ(SettingsStore(preferences).property(name), other) << name;
+  }
   EXPECT_TRUE(QFileInfo(support).isDir());
-  EXPECT_FALSE(QFileInfo::exists(settings.downloadsPath()));
-  EXPECT_EQ(settings.cacheLimitMB(), 1024);
-  EXPECT_EQ(settings.autoCleanDays(), 14);
-  EXPECT_TRUE(settings.gridView());
-  EXPECT_EQ(settings.preferredQuality(), QStringLiteral("1080p"));
-  EXPECT_EQ(settings.uploadLimitKBps(), 0);
-  EXPECT_TRUE(settings.stopSeedingOnClose());
-  EXPECT_FALSE(settings.keepAfterPlayback());
+  EXPECT_FALSE(QFileInfo::exists(movies));
+}
+
+TEST_F(SettingsStoreTest, AStoredListOfProvidersIsTakenAsAWholeOrNotAtAll) {
+  SettingsStore settings(preferences);
   QStringList providers;
   for (const ProviderConfig& one : settings.providers())
     providers << one.name + u' ' + rawValue(one.kind) + u' ' + QString::number(one.enabled) +
-                     (one.baseURL.isEmpty() ? QString() : QStringLiteral(" address"));
+                     (one.baseURL.isEmpty() ? QString() : text(" address"));
   EXPECT_EQ(providers.join(u',').toStdString(),
             "Vidarium archiveOrg 1 address,YTS yts 0,ApiBay apibay 1 address");
-  EXPECT_FALSE(preferences.data(key("providers")) || preferences.string(key("cachePath")) ||
-               preferences.integer(key("cacheLimitMB")));
-}
-
-TEST_F(SettingsStoreTest, TakesWhatIsStoredOnlyInItsOwnType) {
-  preferences.set(key("cacheLimitMB"), std::int64_t{0});
-  preferences.set(key("autoCleanDays"), std::int64_t{-3});
-  preferences.set(key("gridView"), QStringLiteral("false"));
-  preferences.set(key("stopSeedingOnClose"), std::int64_t{0});
-  preferences.set(key("keepAfterPlayback"), true);
-  preferences.set(key("uploadLimitKBps"), QStringLiteral("7"));
-  preferences.set(key("preferredQuality"), true);
-  preferences.set(key("cachePath"), QStringLiteral("/elsewhere"));
-  preferences.set(key("providers"), QByteArray("[{\"name\":\"no kind\"}]"));
-  const SettingsStore settings(preferences);
-  EXPECT_EQ(settings.cacheLimitMB(), 0);
-  EXPECT_EQ(settings.autoCleanDays(), -3);
-  EXPECT_TRUE(settings.gridView());
-  EXPECT_TRUE(settings.stopSeedingOnClose());
-  EXPECT_TRUE(settings.keepAfterPlayback());
-  EXPECT_EQ(settings.uploadLimitKBps(), 0);
-  EXPECT_EQ(settings.preferredQuality(), QStringLiteral("1080p"));
-  EXPECT_EQ(settings.cachePath(), QStringLiteral("/elsewhere"));
-  EXPECT_TRUE(QFileInfo(home.path() + QStringLiteral("/ApplicationSupport/VellumApp")).isDir());
-  EXPECT_EQ(settings.providers().size(), 3U);
-  EXPECT_EQ(preferences.data(key("providers")), QByteArray("[{\"name\":\"no kind\"}]"));
-}
-
-TEST_F(SettingsStoreTest, EveryWriteIsPublishedAndKept) {
-  SettingsStore settings(preferences);
   int published = 0;
-  const auto count = [&] { ++published; };
-  QObject::connect(&settings, &SettingsStore::cacheLimitMBChanged, count);
-  QObject::connect(&settings, &SettingsStore::gridViewChanged, count);
-  QObject::connect(&settings, &SettingsStore::preferredQualityChanged, count);
-  QObject::connect(&settings, &SettingsStore::providersChanged, count);
-  settings.setProperty("cacheLimitMB", 512);
-  settings.setGridView(false);
-  settings.setPreferredQuality(QStringLiteral("720p"));
-  settings.setProviders({});
-  EXPECT_EQ(published, 4);
-  const SettingsStore again(preferences);
-  EXPECT_EQ(again.cacheLimitMB(), 512);
-  EXPECT_FALSE(again.gridView());
-  EXPECT_EQ(again.preferredQuality(), QStringLiteral("720p"));
-  EXPECT_TRUE(again.providers().empty()) << "a stored list is never merged with the defaults";
-}
-
-TEST_F(SettingsStoreTest, UpdateReplacesByIdAndAddsNothing) {
-  SettingsStore settings(preferences);
-  settings.update(ProviderConfig());
-  EXPECT_EQ(settings.providers().size(), 3U);
-  EXPECT_FALSE(preferences.data(key("providers")));
+  QObject::connect(&settings, &SettingsStore::providersChanged, [&] { ++published; });
+  settings.update(ProviderConfig()); // of an id that is not there
+  EXPECT_EQ(settings.providers().size(), 3);
+  EXPECT_FALSE(preferences.data(text("providers")));
+  EXPECT_EQ(published, 0);
   ProviderConfig changed = settings.providers()[1];
-  changed.baseURL = QStringLiteral("https://yts.example");
+  changed.baseURL = text("https://yts.example");
   settings.update(changed);
+  EXPECT_EQ(published, 1);
+  EXPECT_EQ(settings.providers().size(), 3);
   EXPECT_EQ(settings.providers()[1], changed);
   EXPECT_EQ(SettingsStore(preferences).providers(), settings.providers());
+  settings.setProviders({});
+  EXPECT_TRUE(SettingsStore(preferences).providers().empty()) << "never merged with the defaults";
+  preferences.set(text("providers"), QByteArray("[{\"name\":\"no kind\"}]"));
+  EXPECT_EQ(SettingsStore(preferences).providers().size(), 3);
 }
 
 TEST_F(SettingsStoreTest, TheUploadLimitIsReadInBytesFromTheStoreItself) {
-  SettingsStore settings(preferences);
   EXPECT_EQ(SettingsStore::uploadLimit(preferences), 0);
-  for (const std::int64_t limit : {std::int64_t{5}, std::int64_t{0}, std::int64_t{1} << 40}) {
-    settings.setUploadLimitKBps(limit);
-    EXPECT_EQ(SettingsStore::uploadLimit(preferences), limit * 1024);
+  for (const auto& [kilobytes, bytes] :
+       {std::pair{5LL, 5'120LL}, {0, 0}, {1LL << 40, 1LL << 50}, {1LL << 62, 0}}) {
+    SettingsStore(preferences).setUploadLimitKBps(kilobytes);
+    EXPECT_EQ(SettingsStore::uploadLimit(preferences), bytes);
   }
-  settings.setUploadLimitKBps(std::numeric_limits<qint64>::max());
-  EXPECT_EQ(SettingsStore::uploadLimit(preferences), 0);
 }
 
 } // namespace
