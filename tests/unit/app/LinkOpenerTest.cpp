@@ -11,6 +11,8 @@ namespace vellum::test {
 using namespace world;
 namespace {
 
+constexpr char kBad[] = "Couldn't read torrent: Not a valid .torrent file";
+
 struct LinkOpenerTest : testing::Test, MainThread, LinkOpener::Surroundings {
   QString torrentDir() override { return folder.filePath(QStringLiteral("torrents")); }
   void torrentStored() override { ++stored; }
@@ -21,28 +23,34 @@ struct LinkOpenerTest : testing::Test, MainThread, LinkOpener::Surroundings {
       throw NetError::http(404);
     co_return bytes;
   }
-  QString path(const char* name, const QByteArray& bytes) {
-    const QString made = folder.filePath(QLatin1String(name));
-    QFile file(made);
+  QString write(const char* name, const QByteArray& bytes) {
+    QFile file(folder.filePath(QLatin1String(name)));
     EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-    return made;
+    return file.fileName();
   }
   // What came of it: a name, or a notice.
-  QString outcome() {
+  std::string outcome() {
     turnUntil([&] { return navigation.inspector() || navigation.notice(); });
-    const QString text = navigation.inspector() ? navigation.inspector()->name
-                                                : navigation.notice().value_or(QString());
     last = navigation.inspector();
+    const QString said = last ? last->name : navigation.notice().value_or(QString());
     navigation.setInspector(std::nullopt);
     navigation.setNotice(std::nullopt);
-    return text;
+    return said.toStdString();
+  }
+  std::string opened(const QString& link) {
+    opener.open(link);
+    return outcome();
+  }
+  std::string fetched(const char* url) {
+    opener.inspectTorrentUrl(QUrl(QLatin1String(url)));
+    return outcome();
   }
 
   IoPool pool;
   QTemporaryDir folder;
   const QByteArray torrent =
-      SeededTorrent::make(QStringLiteral("film.mkv"),
-                          {{QStringLiteral("film.mkv"), ByteVector(100'000)}}, 65536)
+      SeededTorrent::make(QStringLiteral("Film"), {{QStringLiteral("film.mkv"), ByteVector(9)}},
+                          65536)
           .torrentFile();
   QByteArray remote = torrent;
   Navigation navigation;
@@ -56,68 +64,77 @@ struct LinkOpenerTest : testing::Test, MainThread, LinkOpener::Surroundings {
                     navigation, *this};
 };
 
-const QString kBad = QStringLiteral("Couldn't read torrent: Not a valid .torrent file");
-
 TEST_F(LinkOpenerTest, WhatTheSystemHandsOverIsInspectedOrDropped) {
   const QString magnet = QStringLiteral("magnet:?dn=M&xt=urn:btih:") + QString(40, u'a');
-  opener.open(magnet);
-  EXPECT_EQ(outcome(), QStringLiteral("M"));
+  EXPECT_EQ(opened(magnet), "M");
   EXPECT_FALSE(last->fileUrl);
-  opener.open(QStringLiteral("magnet:?dn=M"));
-  EXPECT_EQ(outcome(), QStringLiteral("That doesn't look like a valid magnet link."));
-
-  const QString good = path("Movie.TORRENT", torrent);
+  EXPECT_EQ(opened(QStringLiteral("magnet:?dn=M")), "That doesn't look like a valid magnet link.");
+  const QString good = write("Movie.TORRENT", torrent);
   for (const QString& link : {good, QUrl::fromLocalFile(good).toString()}) {
-    opener.open(link);
-    EXPECT_EQ(outcome(), QStringLiteral("film.mkv"));
+    EXPECT_EQ(opened(link), "Film");
     EXPECT_EQ(last->videos, 1);
     EXPECT_EQ(last->fileUrl, QUrl::fromLocalFile(good));
   }
-  opener.open(QStringLiteral("https://h/web.torrent?a=b"));
-  EXPECT_EQ(outcome(), QStringLiteral("film.mkv"));
-  EXPECT_EQ(last->fileUrl, QUrl::fromLocalFile(torrentDir() + QStringLiteral("/web.torrent")));
-  opener.open(path("noise.torrent", "noise"));
-  EXPECT_EQ(outcome(), kBad);
-  opener.open(folder.filePath(QStringLiteral("missing.torrent")));
-  EXPECT_TRUE(outcome().startsWith(QStringLiteral("Couldn't read torrent: ")));
-  for (const QString& dropped : {path("Movie.txt", torrent), magnet.toUpper(), QString()})
+  EXPECT_EQ(opened(write("noise.torrent", "noise")), kBad);
+  ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("folder.torrent")));
+  EXPECT_EQ(opened(folder.filePath(QStringLiteral("folder.torrent"))), kBad);
+  EXPECT_EQ(opened(folder.filePath(QStringLiteral("missing.torrent"))),
+            "Couldn't read torrent: No such file or directory");
+  for (const QString& dropped : {write("Movie.txt", torrent), magnet.toUpper(), QString()})
     opener.open(dropped);
   QCoreApplication::processEvents();
   EXPECT_FALSE(navigation.inspector() || navigation.notice());
+  EXPECT_EQ(stored, 0);
+  EXPECT_EQ(opened(QStringLiteral("https://h/web.torrent?a=b")), "Film");
+  EXPECT_EQ(stored, 1);
 }
 
-TEST_F(LinkOpenerTest, RemoteFilesAreKeptAndInspected) {
-  opener.inspectTorrentUrl(QUrl(QStringLiteral("http://h/a/x.y.torrent?id=1")));
-  EXPECT_EQ(outcome(), QStringLiteral("film.mkv"));
+TEST_F(LinkOpenerTest, FilesOfTheWebAreKeptAndInspected) {
+  EXPECT_EQ(fetched("http://h/a/x.y.torrent/?id=1"), "Film");
   QFile kept(torrentDir() + QStringLiteral("/x.y.torrent"));
   ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
   EXPECT_EQ(kept.readAll(), torrent);
   EXPECT_EQ(last->fileUrl, QUrl::fromLocalFile(kept.fileName()));
-  EXPECT_EQ(stored, 1);
+  EXPECT_EQ(fetched("http://other/n.torrent"), "Couldn't read torrent: HTTP 404");
   remote = "noise";
-  opener.inspectTorrentUrl(QUrl(QStringLiteral("http://h/n.torrent")));
-  EXPECT_EQ(outcome(), kBad);
-  EXPECT_TRUE(QFile::exists(torrentDir() + QStringLiteral("/n.torrent")));
-  opener.inspectTorrentUrl(QUrl(QStringLiteral("http://other/n.torrent")));
-  EXPECT_EQ(outcome(), QStringLiteral("Couldn't read torrent: HTTP 404"));
+  EXPECT_EQ(fetched("http://h/n.torrent"), kBad);
   EXPECT_EQ(stored, 1);
-  ASSERT_TRUE(kept.remove() && QFile::remove(torrentDir() + QStringLiteral("/n.torrent")));
-  ASSERT_TRUE(QDir().rmdir(torrentDir()));
-  path("torrents", "in the way"); // what cannot be kept can still be inspected
+  ASSERT_TRUE(QDir(torrentDir()).removeRecursively());
+  write("torrents", "in the way"); // what cannot be kept can still be inspected
   remote = torrent;
-  opener.inspectTorrentUrl(QUrl(QStringLiteral("http://h/x.torrent")));
-  EXPECT_EQ(outcome(), QStringLiteral("film.mkv"));
+  EXPECT_EQ(fetched("http://h/x.torrent"), "Film");
 }
 
 TEST_F(LinkOpenerTest, SaysWhenNoProgramTakesALink) {
-  opener.openExternally(QStringLiteral("magnet:?xt=x"));
-  EXPECT_EQ(outcome(), QStringLiteral("No app on this Mac is registered to open magnet links. "
-                                      "Install a BitTorrent client to use it."));
-  opener.openExternally(QStringLiteral("file:///x.torrent"));
-  EXPECT_TRUE(outcome().contains(QStringLiteral("to open .torrent files.")));
+  for (const auto& [link, what] : {std::pair("magnet:?xt=x", "magnet links"),
+                                   std::pair("file:///x.torrent", ".torrent files")}) {
+    opener.openExternally(QLatin1String(link));
+    EXPECT_EQ(outcome(), std::string("No app on this Mac is registered to open ") + what +
+                             ". Install a BitTorrent client to use it.");
+  }
   hasClient = true;
   opener.openExternally(QStringLiteral("magnet:?xt=x"));
   EXPECT_FALSE(navigation.notice());
+}
+
+TEST(Navigation, SectionsHaveNamesAndOnlyChangesAreTold) {
+  const QString names = QStringLiteral("home discover search torrents library downloads settings");
+  const QStringList each = names.split(u' ');
+  for (qsizetype i = 0; i < each.size(); ++i) {
+    EXPECT_EQ(rawValue(SidebarSection(i)), each[i]);
+    EXPECT_EQ(sidebarSection(each[i]), SidebarSection(i)) << i;
+  }
+  EXPECT_FALSE(sidebarSection(QStringLiteral("Home")));
+  Navigation navigation;
+  int told = 0;
+  QObject::connect(&navigation, &Navigation::sectionChanged, [&] { ++told; });
+  QObject::connect(&navigation, &Navigation::showPlayerChanged, [&] { ++told; });
+  for (int i = 0; i < 2; ++i) {
+    navigation.setSection(SidebarSection::Library);
+    navigation.setShowPlayer(true);
+  }
+  EXPECT_TRUE(navigation.section() == SidebarSection::Library && navigation.showPlayer());
+  EXPECT_EQ(told, 2);
 }
 
 } // namespace

@@ -11,11 +11,18 @@ struct PlayEntryPointsTest : PlaybackWorld {
     EXPECT_TRUE(file.open(QIODevice::WriteOnly));
     return file.fileName();
   }
-  QString tracks() const {
-    QStringList names;
+  // What the player loads, and with which subtitles, when that is pressed while a torrent streams.
+  std::string pressed(const std::function<void()>& play) {
+    coordinator->playFromSearchResult(result("a", "Torrent"));
+    EXPECT_TRUE(coordinator->stream());
+    navigation.setShowPlayer(false);
+    takeEvents();
+    play();
+    EXPECT_FALSE(coordinator->stream());
+    EXPECT_TRUE(navigation.showPlayer());
+    QStringList names = takeEvents().filter(QStringLiteral("load "));
     for (const SubtitleTrack& track : subtitles.tracks()) names += track.name;
-    names.sort();
-    return names.join(u' ');
+    return names.join(u' ').toStdString();
   }
   Navigation navigation;
   PlayEntryPoints entries{*coordinator, navigation};
@@ -35,32 +42,31 @@ TEST_F(PlayEntryPointsTest, ACatalogFilePlaysFromWhereItWasLeft) {
   old.duration = 100;
   library.record(old);
   navigation.setSelectedItem(item);
-  for (int round = 0; round < 2; ++round) entries.play(film, item, texts);
-  EXPECT_EQ(takeEvents().first(), QStringLiteral("load b.mp4 94.9"));
+  EXPECT_EQ(pressed([&] { entries.play(film, item, texts); }), "load b.mp4 94.9 en.srt");
+  EXPECT_FALSE(navigation.selectedItem());
   ASSERT_EQ(library.history().size(), 1U);
-  EXPECT_EQ(library.history()[0].thumbnail, item.thumbnailURL().toString(QUrl::FullyEncoded));
-  EXPECT_EQ(library.history()[0].source, QStringLiteral("https://h/b.mp4"));
-  EXPECT_EQ(tracks(), QStringLiteral("en.srt"));
-  EXPECT_TRUE(navigation.showPlayer() && !navigation.selectedItem());
+  const HistoryEntry row = library.history().front();
+  EXPECT_EQ(row.thumbnail, item.thumbnailURL().toString(QUrl::FullyEncoded));
+  EXPECT_EQ(row.source, QStringLiteral("https://h/b.mp4"));
+  time = 42.5; // saved before it is loaded anew
+  length = 100;
+  EXPECT_EQ(pressed([&] { entries.resume(row); }), "load b.mp4 42.5");
 }
 
 TEST_F(PlayEntryPointsTest, ASavedFilePlaysWithTheSubtitlesBesideIt) {
   for (const char* name : {"Film.srt", "Film.en.VTT", "Other.srt", "Film.txt", "film.srt"})
     make(name);
   const QString film = make("Film.mkv");
-  entries.playLocal(QUrl::fromLocalFile(film));
-  EXPECT_EQ(tracks(), QStringLiteral("Film.en.VTT Film.srt"));
+  const std::string loaded = "load Film.mkv 0 Film.en.VTT Film.srt";
+  EXPECT_EQ(pressed([&] { entries.playLocal(QUrl::fromLocalFile(film)); }), loaded);
   const HistoryEntry row = library.history().front();
   EXPECT_EQ(row.key, QStringLiteral("local|Film.mkv"));
   EXPECT_EQ(row.title, QStringLiteral("Film"));
   EXPECT_TRUE(row.isLocal && row.source == film);
-  subtitles.reset({});
-  entries.resume(row);
-  EXPECT_EQ(tracks(), QStringLiteral("Film.en.VTT Film.srt"));
+  EXPECT_EQ(pressed([&] { entries.resume(row); }), loaded);
   EXPECT_EQ(library.history().size(), 1U);
-  EXPECT_TRUE(
-      PlayEntryPoints::siblingSubtitles(QUrl::fromLocalFile(QStringLiteral("/no/such/film.mkv")))
-          .empty());
+  const QUrl missing = QUrl::fromLocalFile(QStringLiteral("/no/such/film.mkv"));
+  EXPECT_TRUE(PlayEntryPoints::siblingSubtitles(missing).empty());
 }
 
 } // namespace
