@@ -1,6 +1,7 @@
-#include "app/AppState.h"
-#include "app/Playback.h"
+#include "app/MediaSession.h"
+#include "app/StopSignals.h"
 #include "playback/MpvPicture.h"
+#include "support/RunFlow.h"
 #include "world/LoopbackSeeder.h"
 #include "world/LoopbackTracker.h"
 #include "world/MainThread.h"
@@ -8,6 +9,7 @@
 #include "world/SeededTorrent.h"
 #include <QFile>
 #include <QTemporaryDir>
+#include <csignal>
 #include <gtest/gtest.h>
 
 namespace vellum::test {
@@ -15,7 +17,20 @@ namespace vellum::test {
 using namespace world;
 namespace {
 
-struct NoDesktop final : ExternalPlayers::Desktop {
+// What the desktop shows and hears.
+struct Desktop final : MediaControls {
+  struct Sleep final : platform::DisplaySleep {
+    explicit Sleep(bool& flag) : isHeld(flag) {}
+    void hold(const QString&) override { isHeld = true; }
+    void release() override { isHeld = false; }
+    bool& isHeld;
+  };
+  void show(const MediaStatus& status) override { shown = status; }
+  MediaStatus shown;
+  bool isAwake = false;
+};
+
+struct NoPrograms final : ExternalPlayers::Desktop {
   bool isExecutable(const QString&) const override { return false; }
   bool launch(const QString&, const QStringList&) override { return false; }
   void terminate() override {}
@@ -26,22 +41,16 @@ struct NoDesktop final : ExternalPlayers::Desktop {
 // The road with nothing left out but the window: swarm, engine, stream server, libmpv.
 struct PressedPlayTest : testing::Test, MainThread {
   PressedPlayTest() {
-    qputenv("VELLUM_HOME", folder.filePath(QStringLiteral("home")).toUtf8());
     QDir().mkpath(content);
     QFile::copy(QStringLiteral(TEST_FILM), content + QStringLiteral("/film.mkv"));
     write("film.srt", "1\n00:00:00,000 --> 00:00:09,000\nHello\n");
-    runtime.emplace();
-    state.emplace(*runtime, AppState::Options{});
-    playback.emplace(*runtime, state->settings, state->engine, library, desktop,
-                     AudioOutput::Silent);
-    playback->player.picture()->viewInSoftware(this, 160, 90);
   }
-  ~PressedPlayTest() override { qputenv("VELLUM_HOME", homeBefore); }
-
   void write(const char* name, const QByteArray& bytes) {
     QFile file(content + u'/' + QLatin1String(name));
     EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
   }
+  SeededTorrent torrent() const { return SeededTorrent::fromDisk(content.toStdString(), 65536); }
+
   TorrentResult result(const SeededTorrent& torrent, std::uint16_t seeder) const {
     TorrentResult made;
     made.infoHash = toHex(torrent.infoHash);
@@ -50,45 +59,82 @@ struct PressedPlayTest : testing::Test, MainThread {
     made.magnet = torrent.magnet({}, {QStringLiteral("127.0.0.1:%1").arg(seeder)});
     return made;
   }
-  SeededTorrent torrent() const { return SeededTorrent::fromDisk(content.toStdString(), 65536); }
-  QString streams() const { return state->cache.torrentDir() + QStringLiteral("/streams"); }
+  QString streams() const { return state.cache.torrentDir() + QStringLiteral("/streams"); }
 
-  const QByteArray homeBefore = qgetenv("VELLUM_HOME");
   QTemporaryDir folder;
   const QString content = folder.filePath(QStringLiteral("content"));
-  NoDesktop desktop;
-  LibraryStore library{folder.filePath(QStringLiteral("history.json"))};
-  std::optional<Runtime> runtime;
-  std::optional<AppState> state;
-  std::optional<Playback> playback;
+  Runtime runtime{folder.filePath(QStringLiteral("preferences.json"))};
+  AppState state{runtime, {}};
 };
 
-TEST_F(PressedPlayTest, BecomesAPictureWithItsSubtitleAndLeavesNothingBehind) {
+// A film plays in its own time.
+TEST_F(PressedPlayTest, BecomesAPictureThatTheDesktopSteersAndLeavesNothingBehind) {
+  WindowState window(runtime, state, AudioOutput::Silent);
+  VideoPlayerManager& player = window.playback.player;
+  PlaybackCoordinator& coordinator = window.playback.coordinator;
+  player.picture()->viewInSoftware(this, 160, 90);
+  Desktop desktop;
+  StayAwake stayAwake(std::make_unique<Desktop::Sleep>(desktop.isAwake));
+  MediaSession session(window, desktop, stayAwake);
+  int raised = 0;
+  QObject::connect(&session, &MediaSession::windowWanted, &app, [&] { ++raised; });
+
   const SeededTorrent film = torrent();
   const LoopbackSeeder seeder(film);
-  PlaybackCoordinator& coordinator = playback->coordinator;
   const TorrentResult row = result(film, seeder.port());
   coordinator.playFromSearchResult(row);
-  ASSERT_TRUE(turnUntil([&] { return playback->player.currentTime() > 0.4; }))
-      << playback->player.error().toStdString();
+  ASSERT_TRUE(turnUntil([&] { return player.currentTime() > 0.1; }))
+      << player.error().toStdString();
   EXPECT_EQ(coordinator.stream()->stage, StreamStage::Playing);
   EXPECT_EQ(coordinator.rowStates().value(row.id).kind, RowState::Kind::Playing);
-  EXPECT_TRUE(
-      playback->player.currentURL().toString().startsWith(QStringLiteral("http://127.0.0.1:")));
-  ASSERT_TRUE(
-      turnUntil([&] { return playback->subtitles.currentText() == QStringLiteral("Hello"); }));
-  EXPECT_TRUE(turnUntil([&] { return playback->player.duration() > 2; }));
-  EXPECT_EQ(library.history().front().key, row.id + QStringLiteral("|content/film.mkv"));
+  EXPECT_TRUE(player.currentURL().toString().startsWith(QStringLiteral("http://127.0.0.1:")));
+  const auto line = [&] { return window.playback.subtitles.currentText(); };
+  EXPECT_TRUE(turnUntil([&] { return line() == QStringLiteral("Hello"); }));
+  EXPECT_EQ(state.library.history().front().key, row.id + QStringLiteral("|content/film.mkv"));
   EXPECT_TRUE(QDir(streams()).exists(row.id));
+  EXPECT_TRUE(window.navigation.showPlayer());
+  EXPECT_TRUE(turnUntil([&] { return desktop.shown.duration > 2; }));
+  EXPECT_TRUE(desktop.shown.isLoaded && desktop.shown.isPlaying && desktop.isAwake);
+  EXPECT_EQ(desktop.shown.title, QStringLiteral("Film"));
 
-  coordinator.close();
-  EXPECT_FALSE(coordinator.stream() || coordinator.nowPlaying());
+  for (int i = 0; i < 2; ++i) Q_EMIT desktop.pause(); // twice is once
+  EXPECT_FALSE(player.isPlaying() || desktop.shown.isPlaying || desktop.isAwake);
+  Q_EMIT desktop.seek(1);
+  EXPECT_EQ(desktop.shown.position, 1);
+  Q_EMIT desktop.seekBy(0.5);
+  EXPECT_EQ(desktop.shown.position, 1.5);
+  player.setMuted(true);
+  Q_EMIT desktop.setVolume(0); // which is no reason to be heard again
+  EXPECT_TRUE(player.isMuted() && desktop.shown.volume == 0);
+  Q_EMIT desktop.setVolume(0.5);
+  EXPECT_TRUE(!player.isMuted() && desktop.shown.volume == 0.5);
+  Q_EMIT desktop.raise();
+  EXPECT_EQ(raised, 1);
+
+  // At its end it begins anew the next time.
+  coordinator.saveNow();
+  EXPECT_EQ(state.library.history().front().position, 1.5);
+  Q_EMIT desktop.seek(2.8);
+  for (int i = 0; i < 2; ++i) Q_EMIT desktop.play();
+  EXPECT_TRUE(player.isPlaying());
+  Q_EMIT desktop.toggle();
+  EXPECT_FALSE(player.isPlaying());
+  Q_EMIT desktop.toggle();
+  EXPECT_TRUE(turnUntil([&] { return state.library.history().front().position == 0; }));
+  player.stop(); // as when another program takes over
+  EXPECT_FALSE(desktop.shown.isLoaded || desktop.isAwake);
+  Q_EMIT desktop.stop();
+  EXPECT_FALSE(coordinator.stream() || coordinator.nowPlaying() || window.navigation.showPlayer());
   EXPECT_TRUE(turnUntil([&] { return !QDir(streams()).exists(row.id); }));
-  EXPECT_TRUE(state->engine.entries().empty());
+  EXPECT_TRUE(state.engine.entries().empty());
 }
 
 // By way of a .torrent file of the web and the tracker in it.
 TEST_F(PressedPlayTest, ThatCannotBeDecodedFailsInWords) {
+  NoPrograms programs;
+  Playback playback(runtime, state.settings, state.engine, state.library, programs,
+                    AudioOutput::Silent);
+  playback.player.picture()->viewInSoftware(this, 160, 90);
   QFile::remove(content + QStringLiteral("/film.mkv"));
   write("film.mkv", QByteArray(2'000'000, 'x'));
   const SeededTorrent noise = torrent();
@@ -102,13 +148,49 @@ TEST_F(PressedPlayTest, ThatCannotBeDecodedFailsInWords) {
   row.magnet.reset();
   row.infoHash.reset();
   row.torrentURL = web.url();
-  playback->coordinator.playFromSearchResult(row);
+  playback.coordinator.playFromSearchResult(row);
   ASSERT_TRUE(turnUntil([&] {
-    return playback->coordinator.rowStates().value(row.id).kind == RowState::Kind::Failed;
+    return playback.coordinator.rowStates().value(row.id).kind == RowState::Kind::Failed;
   }));
-  EXPECT_EQ(playback->coordinator.stream()->failure,
+  EXPECT_EQ(playback.coordinator.stream()->failure,
             (StreamFailure{StreamFailure::Kind::Unsupported, {}}));
+  const TimePoint before = runtime.clock.now();
+  runFlow(playback.services.sleep(std::chrono::milliseconds(20)));
+  EXPECT_GE(secondsBetween(before, runtime.clock.now()), 0.02);
   // And the program may end in the midst of it.
+}
+
+TEST_F(PressedPlayTest, SaveShowsTheDownloadsOrWhyNot) {
+  WindowState window(runtime, state, AudioOutput::Silent);
+  Q_EMIT state.catalog.searchScreenWanted();
+  EXPECT_EQ(window.navigation.section(), SidebarSection::Search);
+  MediaItem item;
+  window.navigation.setSelectedItem(item);
+  ArchiveFile file{
+      QStringLiteral("f.mp4"), {}, INT64_MAX, QUrl(QStringLiteral("http://127.0.0.1:1/f.mp4"))};
+  window.entries.download(file, item, state.downloads);
+  EXPECT_TRUE(window.navigation.notice() && window.navigation.selectedItem());
+  file.size.reset();
+  window.entries.download(file, item, state.downloads);
+  EXPECT_EQ(window.navigation.section(), SidebarSection::Downloads);
+  EXPECT_FALSE(window.navigation.selectedItem());
+}
+
+TEST(StopSignals, TheFirstIsHeardAndTheSecondEndsTheProcess) {
+  const MainThread thread;
+  int heard = 0;
+  {
+    Runtime runtime{QString()};
+    std::make_unique<StopSignals>(runtime, [&] { ++heard; }).reset(); // is not heard any more
+    syncOn(runtime.pool.makeStrand(), [] { return 0; });
+    const StopSignals signals(runtime, [&] { ++heard; });
+    raise(SIGTERM);
+    EXPECT_TRUE(MainThread::turnUntil([&] { return heard > 0; }));
+    struct sigaction second {};
+    ASSERT_EQ(sigaction(SIGTERM, nullptr, &second), 0);
+    EXPECT_EQ(second.sa_handler, SIG_DFL);
+  }
+  EXPECT_EQ(heard, 1);
 }
 
 } // namespace
