@@ -1,3 +1,4 @@
+#include "Shown.h"
 #include "net/NetError.h"
 #include "providers/ProviderError.h"
 #include "providers/ProviderRegistry.h"
@@ -38,15 +39,10 @@ TEST(SearchMerge, FoldsRowsOfOneHash) {
   late.year = text("1999");
   TorrentResult item;
   item.id = text("archive:ab");
-  const TorrentResults merged = mergeResults({row("ab", "C", 5), item, late, row("cd", "A"),
-                                              row("Ab", "A", {}, 30), row("ab", "C", 6), item});
-  TorrentResult first = row("ab", "C", 7, 20);
-  first.sources = {text("A"), text("B"), text("C")};
-  first.leechers = 1;
-  first.magnet = late.magnet;
-  first.torrentURL = late.torrentURL;
-  first.pageURL = late.pageURL;
-  EXPECT_EQ(merged, TorrentResults({first, item, row("cd", "A")}));
+  EXPECT_EQ(shown(mergeResults({row("ab", "C", 5), item, late, row("cd", "A"),
+                                row("Ab", "A", {}, 30), row("ab", "C", 6), item})),
+            "Cab; Cab; A,B,C; size=20; seeders=7; leechers=1; hash=ab; magnet=magnet:?; "
+            "torrent=http://t/; page=http://p/\narchive:ab; ; \nAcd; Acd; A; hash=cd");
 }
 
 // A provider that answers when it is told to.
@@ -219,22 +215,14 @@ TEST(ProviderRegistry, KeepsItsListInTheSettings) {
   const auto enabled = registry.enabledProviders();
   ASSERT_EQ(enabled.size(), 2U);
   EXPECT_EQ(runFlow(enabled[0]->search(text("x"))).front().sources, QStringList(text("I")));
-
-  TorrentResult item;
-  item.id = text("archive:i");
-  item.archiveID = text("i");
-  item.title = text("t");
-  item.year = text("1999");
-  item.license = text("l");
-  item.sources = {text("C")};
-  item.pageURL = QUrl(text("https://archive.org/details/i"));
-  EXPECT_EQ(runFlow(enabled[1]->search(text("x"))), TorrentResults{item});
-
+  EXPECT_EQ(shown(runFlow(enabled[1]->search(text("x")))),
+            "archive:i; t; C; archive=i; page=https://archive.org/details/i; year=1999; license=l");
   registry.setEnabled(indexer.id, false);
   EXPECT_EQ(registry.enabledProviders().size(), 1U);
   registry.remove(catalog.id);
   EXPECT_TRUE(registry.enabledProviders().empty());
   EXPECT_EQ(settings.providers().size(), 1U);
+  EXPECT_EQ(changes, 4);
 }
 
 } // namespace

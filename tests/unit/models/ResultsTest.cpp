@@ -5,10 +5,12 @@
 namespace vellum {
 namespace {
 
-TorrentResult titled(const QString& title, std::optional<qint64> seeders = 1) {
+// Of a text such as "F 720p:3": the title, and the seeders if they are known.
+TorrentResult titled(const char* text) {
+  const auto parts = QString::fromUtf8(text).split(u':');
   TorrentResult result;
-  result.title = title;
-  result.seeders = seeders;
+  result.title = parts[0];
+  if (parts.size() > 1) result.seeders = parts[1].toLongLong();
   return result;
 }
 
@@ -23,37 +25,41 @@ TEST(TorrentResult, ReadsQualityAndFormatFromTheTitle) {
         Case{"C x2160P", "2160p", "—"}, Case{"D.DVDRip.avi", "SD", "avi"},
         Case{"E BRRip 480p", "480p", "—"}, Case{"F brrip", "HD", "—"}, Case{"", "—", "—"},
         Case{"Removed", "—", "mov"}}) {
-    TorrentResult result = titled(QString::fromUtf8(title));
-    EXPECT_EQ(result.quality(), QString::fromUtf8(quality)) << title;
-    EXPECT_EQ(result.format(), QString::fromUtf8(format)) << title;
+    EXPECT_EQ(titled(title).quality(), QString::fromUtf8(quality)) << title;
+    EXPECT_EQ(titled(title).format(), QString::fromUtf8(format)) << title;
   }
-  TorrentResult item = titled(QStringLiteral("Catalog item"));
+  TorrentResult item = titled("Catalog item");
   item.archiveID = QStringLiteral("x");
   EXPECT_EQ(item.format(), QStringLiteral("mp4"));
   item.sources = {QStringLiteral("b"), QStringLiteral("a")};
   EXPECT_EQ(item.sourceSort(), QStringLiteral("a, b"));
-  EXPECT_LT(titled({}, std::nullopt).seedersSort(), titled({}, 0).seedersSort());
 }
 
 TEST(QualityPicker, TakesTheNearestRungThenTheLowerThenTheMostSeeded) {
+  for (const auto& [label, height] : {std::pair("480P", 480),
+                                      {"sd", 480},
+                                      {"720p", 720},
+                                      {"HD", 720},
+                                      {"1080p", 1080},
+                                      {"2160p", 2160},
+                                      {"4K", 2160},
+                                      {"p", 0}})
+    EXPECT_EQ(QualityPicker::rank(QLatin1String(label)).value_or(0), height) << label;
   struct Case {
     const char* preferred;
-    std::vector<const char*> offered; // "quality:seeders"
-    int expected;                     // index, -1 for nothing
+    std::vector<const char*> offered;
+    int expected; // index, -1 for nothing
   };
   for (const auto& [preferred, offered, expected] :
        {Case{"1080p", {"720p", "1080p", "2160p"}, 1}, Case{"1080p", {"2160p", "720p"}, 1},
-        Case{"2160p", {"480p", "720p"}, 1}, Case{"480p", {"2160p", "1080p"}, 1},
-        Case{"1080p", {}, -1}, Case{"HD", {"1080p", "720p"}, 1}, Case{"4K", {"2160p", "720p"}, 0},
-        Case{"best", {"720p:1", "1080p:3", "480p:3"}, 1}, Case{"1080p", {"x:1", "y:2"}, 1},
-        Case{"720p", {"720p:1", "720p:5", "720p:5", "1080p:9"}, 1},
+        Case{"2160p", {"480p", "720p"}, 1}, Case{"480p", {"720p", "2160p", "480p"}, 2},
+        Case{"1080p", {}, -1}, Case{"HD", {"x:9", "1080p", "720p"}, 2},
+        Case{"best", {"720p:1", "1080p:3", "480p:3"}, 1}, Case{"1080p", {"x:1", "y:2", "z:2"}, 1},
+        Case{"720p", {"720p:1", "a 720p:5", "b 720p:5", "1080p:9"}, 1},
         Case{"720p", {"720p:-9223372036854775808", "720p:-1"}, 1},
-        Case{"720p", {"x:9", "2160p:1"}, 1}, Case{"sd", {"dvdrip:1", "720p:9"}, 0}}) {
+        Case{"720p", {"720p", "720p:1"}, 1}, Case{"sd", {"dvdrip:1", "720p:9"}, 0}}) {
     TorrentResults list;
-    for (const char* one : offered) {
-      const auto parts = QString::fromLatin1(one).split(u':');
-      list.push_back(titled(parts[0], parts.value(1, QStringLiteral("1")).toLongLong()));
-    }
+    for (const char* one : offered) list.push_back(titled(one));
     const auto picked = QualityPicker::pick(QLatin1String(preferred), list);
     ASSERT_EQ(picked.has_value(), expected >= 0) << preferred;
     if (picked) EXPECT_EQ(*picked, list[std::size_t(expected)]) << preferred;
@@ -63,13 +69,13 @@ TEST(QualityPicker, TakesTheNearestRungThenTheLowerThenTheMostSeeded) {
 TEST(QualityPicker, FindsTheVariantsOfAFilm) {
   TorrentResults list;
   for (const char* title : {"F 1080p", "F x", "F 480p", "G 720p", "f 720p", "F y"}) {
-    list.push_back(titled(QLatin1String(title)));
+    list.push_back(titled(title));
     list.back().baseTitle = QString(QLatin1Char(title[0]));
   }
   QStringList found;
   for (const auto& variant : QualityPicker::variants(list[0], list)) found += variant.title;
   EXPECT_EQ(found.join(u','), QStringLiteral("F x,F y,F 480p,F 1080p"));
-  const TorrentResult alone = titled(QStringLiteral("F 720p"));
+  const TorrentResult alone = titled("F 720p");
   EXPECT_EQ(QualityPicker::variants(alone, list), TorrentResults{alone});
   EXPECT_EQ(QualityPicker::variants(list[3], {alone}), TorrentResults{list[3]});
 }
@@ -88,25 +94,6 @@ TEST(ArchiveDetails, SortsFilesByWhatPlaysThem) {
   EXPECT_EQ(names(details.otherVideos()), QStringLiteral("b.mkv j.mpeg"));
   EXPECT_EQ(names(details.subtitles()), QStringLiteral("e.srt f.vtt"));
   EXPECT_EQ(details.torrent()->name, QStringLiteral("g.torrent"));
-}
-
-TEST(MediaItem, HasAddressesOnTheCatalogAndAJsonForm) {
-  MediaItem item;
-  item.id = QStringLiteral("a b/ü;?#%41");
-  EXPECT_EQ(item.pageURL().toEncoded(), "https://archive.org/details/a%20b/%C3%BC%3B%3F%23%2541");
-  EXPECT_EQ(item.thumbnailURL().toEncoded(),
-            "https://archive.org/services/img/a%20b/%C3%BC%3B%3F%23%2541");
-  item.title = QStringLiteral("T");
-  item.downloads = 9'007'199'254'740'993; // beyond what a double can count
-  item.year = QString();
-  const QJsonObject object = item.toJson();
-  EXPECT_EQ(object.keys().join(u' '), QStringLiteral("downloads id subjects title year"));
-  EXPECT_EQ(MediaItem::fromJson(object), item);
-  for (const char* key : {"downloads", "id", "subjects", "title", "year"}) {
-    QJsonObject bad = object;
-    bad[QLatin1String(key)] = QJsonObject();
-    EXPECT_FALSE(MediaItem::fromJson(bad)) << key;
-  }
 }
 
 } // namespace

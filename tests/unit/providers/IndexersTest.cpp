@@ -1,0 +1,237 @@
+#include "Shown.h"
+#include "base/Text.h"
+#include "net/NetError.h"
+#include "providers/Json.h"
+#include "providers/ProviderParser.h"
+#include "providers/TorznabParser.h"
+#include "providers/TorznabProvider.h"
+#include <gtest/gtest.h>
+
+namespace vellum::test {
+namespace {
+
+const QByteArray kHash = "ABCDEF0123456789ABCDEF0123456789ABCDEF01";
+
+TorrentResults apibay(const QByteArray& json) {
+  return parseResults(ProviderKind::Apibay, json, QStringLiteral("S"));
+}
+TorrentResults yts(const QByteArray& json) {
+  return parseResults(ProviderKind::Yts, json, QStringLiteral("S"));
+}
+TorrentResults torznab(const QByteArray& xml) {
+  return parseResults(ProviderKind::Torznab, xml, QStringLiteral("S"));
+}
+
+TEST(ApiBayProvider, ReadsRowsAndSkipsBadOnes) {
+  const auto row = [](const QByteArray& name, const QByteArray& hash, const QByteArray& more = {}) {
+    return R"({"name":)" + name + R"(,"info_hash":")" + hash + '"' + more + '}';
+  };
+  const std::string hash = kHash.toLower().toStdString();
+  EXPECT_EQ(shown(apibay(
+                '[' + row("\"A b\"", kHash, R"(,"size":"24","seeders":12,"leechers":"+3")") + ']')),
+            hash + "; A b; S; size=24; seeders=12; leechers=3; hash=" + hash +
+                "; magnet=magnet:?xt=urn%3Abtih%3A" + kHash.toStdString() + "&dn=A%20b");
+  for (const auto& [json, value] : {std::pair("\"n/a\"", ""),
+                                    {"\"\"", ""},
+                                    {"12.5", ""},
+                                    {"-4", "-4"},
+                                    {"\" 5\"", ""},
+                                    {"\"9223372036854775807\"", "9223372036854775807"},
+                                    {"9223372036854775807", "9223372036854775807"},
+                                    {"\"9223372036854775808\"", ""},
+                                    {"1e300", ""},
+                                    {"0", "0"},
+                                    {"1", "1"},
+                                    {"null", ""},
+                                    {"[1]", ""},
+                                    {"true", ""},
+                                    {"\"٣\"", ""}}) {
+    const auto seeders =
+        apibay('[' + row("\"\"", kHash, QByteArray(",\"seeders\":") + json) + ']').at(0).seeders;
+    EXPECT_EQ(seeders ? std::to_string(*seeders) : "", value) << json;
+  }
+  const QByteArray good = row("\"x\"", kHash.first(32)), zeros(40, '0');
+  for (const QByteArray& bad :
+       {QByteArray("{}"), QByteArray(R"({"name":"x"})"), row("7", kHash),
+        QByteArray(R"({"name":"x","info_hash":7})"), row("\"x\"", kHash.first(31)),
+        row("\"x\"", zeros), row('"' + QByteArray(4097, 'x') + '"', kHash)})
+    EXPECT_EQ(apibay('[' + good + ',' + bad + ',' + good + ']').size(), 2U) << bad.toStdString();
+  EXPECT_EQ(apibay('[' + row("\"x\"", zeros.first(39) + '1') + ']').size(), 1U);
+  EXPECT_TRUE(apibay("[]").empty());
+  for (const char* wrong : {"[1]", "{}"}) EXPECT_THROW(apibay(wrong), NetError) << wrong;
+}
+
+TEST(YTSProvider, MakesARowOfEachTorrentOfAFilm) {
+  EXPECT_EQ(shown(yts(R"({"data":{"movies":[
+      {"title":"Big","year":2008,"url":"https://a.example/b","torrents":[
+        {"hash":"AB","quality":"720p","type":"web","size_bytes":99.9,"seeds":4,"peers":6,
+         "url":"https://a.example/t"},
+        {"hash":"CD","size_bytes":"9","seeds":"4","peers":"5","url":""},
+        {"quality":"1080p"}, {"hash":7}, {"hash":"BIG","size_bytes":-9223372036854775808}]},
+      {"torrents":7}, {"year":"1999","torrents":[{"hash":"EF","quality":5,"type":"x","size_bytes":1e19}]},
+      {"title":"Bad","torrents":[{"hash":"0"},1]}]}})")),
+            "ab; Big (2008) 720p web; S; size=99; seeders=4; leechers=6; hash=ab; "
+            "magnet=magnet:?xt=urn%3Abtih%3AAB&dn=Big%20%282008%29%20720p%20web; "
+            "torrent=https://a.example/t; page=https://a.example/b; year=2008; base=Big (2008)\n"
+            "cd; Big (2008); S; hash=cd; magnet=magnet:?xt=urn%3Abtih%3ACD&dn=Big%20%282008%29; "
+            "page=https://a.example/b; year=2008; base=Big (2008)\n"
+            "big; Big (2008); S; size=-9223372036854775808; hash=big; "
+            "magnet=magnet:?xt=urn%3Abtih%3ABIG&dn=Big%20%282008%29; "
+            "page=https://a.example/b; year=2008; base=Big (2008)\n"
+            "ef; Untitled (?)  x; S; hash=ef; "
+            "magnet=magnet:?xt=urn%3Abtih%3AEF&dn=Untitled%20%28%3F%29%20%20x; base=Untitled (?)");
+  for (const char* empty :
+       {R"({"data":{}})", R"({"data":{"movies":[1]}})", R"({"data":{"movies":[{}]}})"})
+    EXPECT_TRUE(yts(empty).empty()) << empty;
+  for (const char* wrong : {"{}", "[]", R"({"data":[]})"})
+    EXPECT_THROW(yts(wrong), NetError) << wrong;
+}
+
+// A small answer must not become any amount of memory by repeating its own texts.
+TEST(YTSProvider, BoundsWhatAnAnswerBecomes) {
+  const auto rows = [](qsizetype letters, int torrents) {
+    const QByteArray list = QByteArray("{\"hash\":\"AB\"},").repeated(torrents).chopped(1);
+    return yts(R"({"data":{"movies":[{"title":")" + QByteArray(letters, 'x') + R"(","torrents":[)" +
+               list + "]}]}}")
+        .size();
+  };
+  EXPECT_EQ(rows(100'000, 30'000), 0U);
+  EXPECT_NEAR(double(rows(4000, 30'000)), 1000, 50);
+  EXPECT_EQ(rows(10, 15'000), 15'000U);
+}
+
+// Neither syntax nor size of a document may cost more than an error.
+TEST(Json, RefusesWhatIsNoneOrTooMuch) {
+  for (const QByteArray& bytes :
+       {QByteArray(), QByteArray("{"), QByteArray("[]x"), QByteArray("5"), QByteArray("[\"\xff\"]"),
+        QByteArray("[1e999]"), QByteArray(1 << 20, '['), QByteArray("{\"a\":").repeated(5000),
+        '[' + QByteArray("[],").repeated(500'000) + "1]",
+        QByteArray("[[") + QByteArray(999'999, ',') + "]]",
+        '[' + QByteArray("{},").repeated(500'000) + "1]"})
+    EXPECT_THROW(json::parse(bytes), json::SyntaxError) << bytes.left(20).toStdString();
+  EXPECT_TRUE(json::parse("\xef\xbb\xbf[]").isArray());
+  EXPECT_TRUE(json::parse("[" + QByteArray("1,").repeated(999'999) + "1]").isArray());
+}
+
+QByteArray item(const QByteArray& inside) {
+  return "<rss xmlns:torznab='x'><channel><title>own</title><item>" + inside +
+         "</item></channel></rss>";
+}
+
+TEST(TorznabProvider, ReadsTheFieldsOfAnItem) {
+  // A word such as "peers=3" stands for an attribute, and "+" for the title before everything.
+  const auto written = [](QByteArray text) {
+    text.replace("+", "<title> T </title>");
+    return item(QString::fromUtf8(text)
+                    .replace(QRegularExpression(QStringLiteral(" (\\w+)=([^' <]*)(?= |<|$)")),
+                             QStringLiteral("<torznab:attr name='\\1' value='\\2'/>"))
+                    .toUtf8());
+  };
+  for (const auto& [inside, wanted] : {
+           std::pair("+", "T; T; S"),
+           {"<title>a<b>c</b>T</title>", "cT; cT; S"},
+           {"<title><![CDATA[<T> & ]]>x&amp;</title>", "<T> & x&; <T> & x&; S"},
+           {"+<guid>g</guid><comments>http://c/</comments><description>d</description>",
+            "g; T; S; page=http://c/"},
+           {"+<guid>g</guid> infohash=ABC", "abc; T; S; hash=abc"},
+           {"+<guid> </guid> infohash=", "T; T; S"},
+           {"+ seeders=5 peers=12", "T; T; S; seeders=5; leechers=7"},
+           {"+ seeders=12 peers=5", "T; T; S; seeders=12; leechers=0"},
+           {"+ peers=5", "T; T; S; leechers=5"},
+           {"+ peers=x seeders=1.5", "T; T; S"},
+           {"+ peers=-9223372036854775808 seeders=1", "T; T; S; seeders=1; leechers=0"},
+           {"+ peers=9223372036854775807 seeders=-5",
+            "T; T; S; seeders=-5; leechers=9223372036854775807"},
+           {"+ peers=0 seeders=-9223372036854775808",
+            "T; T; S; seeders=-9223372036854775808; leechers=0"},
+           {"+<x:attr name='seeders'/><attr name='peers' value='3'/><y:attr name='seeders' "
+            "value='2'/><attr value='2'/>",
+            "T; T; S; seeders=2; leechers=1"},
+           {"+<size>1</size> size=2", "T; T; S; size=2"},
+           {"+ size=2<size>x</size><enclosure url='ftp://e/' length='9'/>", "T; T; S"},
+           {"+<enclosure url='http://e/' length='9'/><link>http://l/</link>",
+            "T; T; S; size=9; torrent=http://e/"},
+           {"+<enclosure length='9'/><link>https://l/</link>", "T; T; S; torrent=https://l/"},
+           {"+<link>magnet:?xt=1%41</link>", "T; T; S; magnet=magnet:?xt=1%41"},
+           {"+<link>magnet:?xt=1</link> magneturl=magnet:?xt=2", "T; T; S; magnet=magnet:?xt=2"},
+       })
+    EXPECT_EQ(shown(torznab(written(inside))), wanted) << inside;
+  EXPECT_EQ(shown(torznab(written("+<link>http://l/" + QByteArray(16'384, 'x') + "</link>"))),
+            "T; T; S");
+}
+
+TEST(TorznabProvider, KeepsGoodItemsAmongBadOnes) {
+  const QByteArray xml = "<?xml version='1.0' encoding=";
+  for (const auto& [document, wanted] : {
+           std::pair(item("<title>a</title></item><item><guid>no title</guid></item>"
+                          "<item><title>b</title>"),
+                     "a|b|"),
+           {item("<title>a</title><item><title>b</title></item><title>c</title>"),
+            "b|"}, // in an item
+           {"\xef\xbb\xbf" + xml + "'utf-8'?><rss/>", ""},
+           {xml + "\"ISO-8859-1\"?>" + item("<title>\xfc\xc3\xbc</title>"), "üÃ¼|"},
+           {xml + "'iso-8859-1'?>" + item("<title>\xc3\xbc</title>"), "Ã¼|"},
+           {"\xef\xbb\xbf" + xml + "'ISO-8859-1'?>" + item("<title>\xc3\xbc</title>"), "ü|"},
+           {xml + "'windows-1252'?>" + item("<title>\xfc</title>"), "ü|"},
+           {"<!--<!DOCTYPE x>--><?x <!DOCTYPE ?>" + item("<title><![CDATA[<!DOCTYPE]]></title>"),
+            "<!DOCTYPE|"},
+           {"<!-->--><?x?>" + item("<title>a</title>"), "a|"},
+       }) {
+    std::string titles;
+    for (const auto& row : torznab(document)) titles += row.title.toStdString() + '|';
+    EXPECT_EQ(titles, wanted) << document.toStdString();
+  }
+}
+
+TEST(TorznabProvider, PassesOnWhatTheIndexerComplainsAbout) {
+  const QString endless(600, u'x');
+  for (const auto& [xml, code, text] :
+       {std::tuple(QByteArray("<error code='100' description='Wrong key'/>"), 100,
+                   QStringLiteral("Wrong key")),
+        {"<error code='x'/>", 0, QStringLiteral("Indexer error")},
+        {"<error code='-2147483648' description='l'/>", INT_MIN, QStringLiteral("l")},
+        {"<error code='2147483647'/>", INT_MAX, QStringLiteral("Indexer error")},
+        {"<error code='2147483648' description=''/>", 0, {}},
+        {"<error code='-2147483649'/>", 0, QStringLiteral("Indexer error")},
+        {"<rss><error code='1' description='d'/><broken", 1, QStringLiteral("d")},
+        {"<error description='" + endless.toLatin1() + "'/>", 0, shortened(endless)}}) {
+    try {
+      torznab(xml);
+      ADD_FAILURE() << xml.toStdString();
+    } catch (const IndexerError& error) {
+      EXPECT_EQ(error.code(), code);
+      EXPECT_EQ(error.errorDescription(), text);
+    }
+  }
+}
+
+TEST(TorznabProvider, RefusesHostileDocumentsAtOnce) {
+  const auto began = std::chrono::steady_clock::now();
+  const auto nested = [](int depth) {
+    return QByteArray("<a>").repeated(depth) + QByteArray("</a>").repeated(depth);
+  };
+  const auto attributes = [](int count) {
+    QByteArray text = "<rss><a b='>'";
+    for (int i = 1; i < count; ++i) text += " a" + QByteArray::number(i) + "=\"'>\"";
+    return text + "/></rss>";
+  };
+  EXPECT_TRUE(torznab(nested(TorznabProvider::kMaxDepth)).empty());
+  EXPECT_TRUE(
+      torznab("<a><b/>" + QByteArray("<c></c>").repeated(500) + nested(255) + "</a>").empty());
+  EXPECT_TRUE(torznab(attributes(TorznabProvider::kMaxAttributes)).empty());
+  for (const QByteArray& xml :
+       {nested(TorznabProvider::kMaxDepth + 1), nested(300'000),
+        attributes(TorznabProvider::kMaxAttributes + 1), attributes(200'000),
+        "<rss " + QByteArray("a='' ").repeated(300'000) + "/>",
+        "<!DOCTYPE r [<!ENTITY a 'aaaa'><!ENTITY b '&a;&a;'>]>" + item("<title>&b;</title>"),
+        "<!---->" + QByteArray("<!DOCTYPE rss><rss/>"),
+        QByteArray("<?x?><!DOCTYPE r SYSTEM 'http://127.0.0.1:1/x.dtd'><rss/>"),
+        item("<title>&nbsp;</title>"), item("<title>\xff</title>"),
+        "<?xml version='1.0' encoding='UTF-8'?>" + item("<title>\xff</title>"), QByteArray("<rss>"),
+        QByteArray("{}")})
+    EXPECT_THROW(torznab(xml), XmlError) << xml.left(60).toStdString();
+  EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(5));
+}
+
+} // namespace
+} // namespace vellum::test
