@@ -1,11 +1,14 @@
 """The base of the tests: a temporary folder, processes that end with the test."""
+import os
 import random
+import subprocess
 import tempfile
 import unittest
 from pathlib import Path
 from typing import TypeVar
 
 from world.processes import Process
+from world.vellum import program
 
 AnyProcess = TypeVar("AnyProcess", bound=Process)
 
@@ -32,6 +35,13 @@ class WorldTest(unittest.TestCase):
         self._processes.append(process)
         self.addCleanup(process.stop)
         return process
+
+    def ended(self, *arguments: str, **environment: str) -> subprocess.CompletedProcess[str]:
+        """The program, run to its end without a terminal."""
+        env = {"VELLUM_HOME": str(self.folder / "home"), "VELLUM_TRACKERS": "", **environment}
+        return subprocess.run([program("vellum"), *arguments], env={**os.environ, **env},
+                              capture_output=True, text=True, stdin=subprocess.DEVNULL,
+                              timeout=60, check=False)
 
     def tearDown(self) -> None:
         outcome = self._outcome  # type: ignore[attr-defined]
