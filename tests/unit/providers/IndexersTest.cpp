@@ -31,25 +31,17 @@ TEST(ApiBayProvider, ReadsRowsAndSkipsBadOnes) {
                 '[' + row("\"A b\"", kHash, R"(,"size":"24","seeders":12,"leechers":"+3")") + ']')),
             hash + "; A b; S; size=24; seeders=12; leechers=3; hash=" + hash +
                 "; magnet=magnet:?xt=urn%3Abtih%3A" + kHash.toStdString() + "&dn=A%20b");
-  for (const auto& [json, value] : {std::pair("\"n/a\"", ""),
-                                    {"\"\"", ""},
-                                    {"12.5", ""},
-                                    {"-4", "-4"},
-                                    {"\" 5\"", ""},
-                                    {"\"9223372036854775807\"", "9223372036854775807"},
-                                    {"9223372036854775807", "9223372036854775807"},
-                                    {"\"9223372036854775808\"", ""},
-                                    {"1e300", ""},
-                                    {"0", "0"},
-                                    {"1", "1"},
-                                    {"null", ""},
-                                    {"[1]", ""},
-                                    {"true", ""},
-                                    {"\"٣\"", ""}}) {
-    const auto seeders =
-        apibay('[' + row("\"\"", kHash, QByteArray(",\"seeders\":") + json) + ']').at(0).seeders;
-    EXPECT_EQ(seeders ? std::to_string(*seeders) : "", value) << json;
+  const auto seeders = [&](const QByteArray& json) {
+    const auto read = apibay('[' + row("\"\"", kHash, ",\"seeders\":" + json) + ']').at(0).seeders;
+    return read ? std::to_string(*read) : "none";
+  };
+  for (const QByteArray& number : {"-4", "0", "1", "9223372036854775807"}) {
+    EXPECT_EQ(seeders(number), number.toStdString());
+    EXPECT_EQ(seeders('"' + number + '"'), number.toStdString());
   }
+  for (const char* odd : {"12.5", "1e300", "null", "[1]", "true", "\"n/a\"", "\"\"", "\" 5\"",
+                          "\"9223372036854775808\"", "\"٣\""})
+    EXPECT_EQ(seeders(odd), "none") << odd;
   const QByteArray good = row("\"x\"", kHash.first(32)), zeros(40, '0');
   for (const QByteArray& bad :
        {QByteArray("{}"), QByteArray(R"({"name":"x"})"), row("7", kHash),
@@ -106,7 +98,6 @@ TEST(Json, RefusesWhatIsNoneOrTooMuch) {
        {QByteArray(), QByteArray("{"), QByteArray("[]x"), QByteArray("5"), QByteArray("[\"\xff\"]"),
         QByteArray("[1e999]"), QByteArray(1 << 20, '['), QByteArray("{\"a\":").repeated(5000),
         '[' + QByteArray("[],").repeated(500'000) + "1]",
-        QByteArray("[[") + QByteArray(999'999, ',') + "]]",
         '[' + QByteArray("{},").repeated(500'000) + "1]"})
     EXPECT_THROW(json::parse(bytes), json::SyntaxError) << bytes.left(20).toStdString();
   EXPECT_TRUE(json::parse("\xef\xbb\xbf[]").isArray());

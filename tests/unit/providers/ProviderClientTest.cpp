@@ -16,64 +16,41 @@ using Reason = NetError::Reason;
 QString text(const char* utf8) { return QString::fromUtf8(utf8); }
 
 TEST(ProviderURL, AddsPathAndQueryToAnAddressOfTheWeb) {
-  struct Case {
-    const char* base;
-    const char* path;
-    const char* q;
-    const char* url;
-  };
+  using Four = std::array<const char*, 4>;
   for (const auto& [base, path, q, url] :
-       {Case{" HTTP://h/ \n", "/q.php", "a b", "http://h/q.php?q=a%20b"},
-        Case{"https://u:p@h:8080/x//", "/y", "", "https://u:p@h:8080/x//y?q="},
-        Case{"http://[::1]/a%2Fb/?k=1&l", "/p", "2", "http://[::1]/a%2Fb/p?k=1&l&q=2"},
-        Case{"http://h/api/", "", "x", "http://h/api/?q=x"},
-        Case{"http://h/", "", "&=#%+;/?:@!$'()*,[]\"<>",
-             "http://h/?q=%26%3D%23%25+;/?:@!$'()*,%5B%5D%22%3C%3E"},
-        Case{"http://h/", "", "ü-._~%41", "http://h/?q=%C3%BC-._~%2541"}})
+       {Four{" HTTP://h/ \n", "/q.php", "a b", "http://h/q.php?q=a%20b"},
+        Four{"https://u:p@h:8080/x//", "/y", "", "https://u:p@h:8080/x//y?q="},
+        Four{"http://[::1]/a%2Fb/?k=1&l", "/p", "2", "http://[::1]/a%2Fb/p?k=1&l&q=2"},
+        Four{"http://h/api/", "", "x", "http://h/api/?q=x"},
+        Four{"http://h", "", "&=#%+;/?:@!$'()*,[]\"<>",
+             "http://h?q=%26%3D%23%25+;/?:@!$'()*,%5B%5D%22%3C%3E"},
+        Four{"http://h/", "", "ü-._~%41", "http://h/?q=%C3%BC-._~%2541"}})
     EXPECT_EQ(ProviderURL::build(text(base), text(path), {{text("q"), text(q)}})->toEncoded(), url);
   EXPECT_EQ(ProviderURL::build(text("http://h"), text("/p"), {})->toEncoded(), "http://h/p");
-  for (const char* bad :
-       {"", "a.example", "//a.example", "ftp://a.example", "http:///x", "http:a", "http://a b",
-        "http://a.example/\tx", "https://a:99999/", "magnet:?xt=x", "http://a\xc2\xa0/"})
+  for (const char* bad : {"", "h.example", "//h.example", "ftp://h", "http:///x", "http:a",
+                          "http://a b", "http://h/\tx", "https://h:99999/", "http://a\xc2\xa0/"})
     EXPECT_FALSE(ProviderURL::build(text(bad), text("/p"), {})) << bad;
 }
 
 TEST(ResponseClassifier, LooksAtTheBytes) {
   using Kind = ResponseKind;
-  const QByteArray far(ResponseClassifier::kWindow, ' ');
-  struct Case {
-    Kind kind;
-    QByteArray body;
-    const char* type = nullptr;
+  const QByteArray far(ResponseClassifier::kWindow, ' '), late = '{' + far.first(4085);
+  const auto kind = [](const QByteArray& body, const char* type = "application/json") {
+    return ResponseClassifier::classify(body, text(type));
   };
-  for (const auto& [kind, body, type] :
-       {Case{Kind::Json, "{}"},
-        Case{Kind::Json, " \r\n[1]", "text/plain"},
-        Case{Kind::Json, "\xef\xbb\xbf\n{"},
-        Case{Kind::Html, "{}", "Text/HTML; charset=x"},
-        Case{Kind::Html, " <!DOCTYPE HTML>"},
-        Case{Kind::Html, "<Head>", "application/json"},
-        Case{Kind::Html, "<body"},
-        Case{Kind::Html, "<html"},
-        Case{Kind::Html, "{\"Just a MOMENT...\"}", "application/json"},
-        Case{Kind::Html, "<?xml?><x>challenge-platform"},
-        Case{Kind::Html, "[\"Attention Required! | Cloudflare\"]"},
-        Case{Kind::Html, "[\"cf-browser-verification\"]"},
-        Case{Kind::Html, ('{' + far).first(4096 - 10) + "ddos-guard"},
-        Case{Kind::Json, ('{' + far).first(4096 - 9) + "ddos-guard"},
-        Case{Kind::Xml, "<?XML"},
-        Case{Kind::Xml, "<rss>"},
-        Case{Kind::Xml, "<error code='1'/>"},
-        Case{Kind::Xml, "<caps>"},
-        Case{Kind::Unknown, "<feed>"},
-        Case{Kind::Unknown, "", "application/json"},
-        Case{Kind::Unknown, far + '{'},
-        Case{Kind::Unknown, "\xff\xfe{"},
-        Case{Kind::Unknown, "ok", "text/xml"}}) {
-    std::optional<QString> contentType;
-    if (type != nullptr) contentType = text(type);
-    EXPECT_EQ(ResponseClassifier::classify(body, contentType), kind) << body.left(40).toStdString();
-  }
+  const std::pair<Kind, std::vector<QByteArray>> kinds[] = {
+      {Kind::Json, {"{}", " \r\n[1]", "\xef\xbb\xbf\n{", late + " ddos-guard", "[\"<html>\"]"}},
+      {Kind::Html,
+       {" <!DOCTYPE HTML>", "<Head>", "<body", "<html", "{\"Just a MOMENT...\"}",
+        "<?xml?><x>challenge-platform", "[\"Attention Required! | Cloudflare\"]",
+        "[\"cf-browser-verification\"]", late + "ddos-guard"}},
+      {Kind::Xml, {"<?XML", "<rss>", "<error code='1'/>", "<caps> \r"}},
+      {Kind::Unknown, {"<feed>", "", far + '{', "\xff\xfe{", "ok"}}};
+  for (const auto& [expected, bodies] : kinds)
+    for (const QByteArray& body : bodies)
+      EXPECT_EQ(kind(body), expected) << body.left(40).toStdString();
+  EXPECT_EQ(kind("{}", "Text/HTML; charset=x"), Kind::Html);
+  EXPECT_EQ(kind("ok", "text/xml"), Kind::Unknown);
 }
 
 struct ProviderClientTest : testing::Test {
@@ -143,23 +120,21 @@ TEST_F(ProviderClientTest, SaysWhatOutweighsWhatWhenNoAddressWorks) {
   const std::string dead =
       "| Some %1 unreachable at base. Check the address in Settings → Providers|two: ";
   const auto refused = failure(Reason::CannotConnect);
-  struct Case {
-    Scripted base, one, two;
-    std::string ending;
-  };
-  for (const auto& [base, one, two, ending] :
-       {Case{reply("<html>", 403), reply("x"), refused, page},
-        Case{reply(""), reply("<html>"), reply("[]", 500), page},
-        Case{reply(""), refused, reply("[]", 500), other},
-        Case{NetError::tooLarge(), refused, refused, other},
-        Case{refused, refused, reply("<rss>"), other},
-        Case{refused, refused, reply("{}", 300), dead + "HTTP 300"},
-        Case{refused, refused, reply("{}", 199), dead + "HTTP 199"},
-        Case{refused, refused, failure(Reason::NoConnection), dead + "no internet connection"},
-        Case{refused, refused, failure(Reason::Other), dead + "in other words"},
-        Case{refused, refused, failure(Reason::TimedOut), dead + "timed out"},
-        Case{refused, refused, failure(Reason::HostNotFound), dead + "DNS lookup failed"},
-        Case{refused, reply("[]", 503), failure(Reason::Tls), dead + "TLS error"}}) {
+  using Outcomes = std::tuple<Scripted, Scripted, Scripted, std::string>;
+  std::vector<Outcomes> cases{{reply("<html>", 403), reply("x"), refused, page},
+                              {reply(""), reply("<html>"), reply("[]", 500), page},
+                              {reply(""), refused, reply("[]", 500), other},
+                              {NetError::tooLarge(), refused, refused, other},
+                              {refused, refused, reply("<rss>"), other}};
+  for (const auto& [two, detail] : {std::pair(reply("{}", 300), "HTTP 300"),
+                                    {reply("{}", 199), "HTTP 199"},
+                                    {failure(Reason::NoConnection), "no internet connection"},
+                                    {failure(Reason::TimedOut), "timed out"},
+                                    {failure(Reason::Tls), "TLS error"},
+                                    {failure(Reason::HostNotFound), "DNS lookup failed"},
+                                    {failure(Reason::Other), "in other words"}})
+    cases.emplace_back(refused, refused, two, dead + detail);
+  for (const auto& [base, one, two, ending] : cases) {
     answer(base, one, two);
     EXPECT_EQ(search(), "base one two " + ending);
     EXPECT_EQ(remembered(), "");
@@ -170,8 +145,6 @@ TEST_F(ProviderClientTest, SaysWhatOutweighsWhatWhenNoAddressWorks) {
                         "provider type and address in Settings → Providers|");
     EXPECT_EQ(remembered(), "http://base");
   }
-  answer(reply("[]", 200), refused, refused);
-  EXPECT_EQ(search(), "base ");
   answer(reply("[]", 299), refused, refused);
   EXPECT_EQ(search(), "base ");
   config.baseURL.clear();
@@ -180,27 +153,24 @@ TEST_F(ProviderClientTest, SaysWhatOutweighsWhatWhenNoAddressWorks) {
 }
 
 TEST_F(ProviderClientTest, AsksEachKindExactly) {
-  struct Case {
-    ProviderKind kind;
-    const char* key;
-    const char* body;
-    const char* url;
-  };
-  for (const auto& [kind, key, body, url] :
-       {Case{ProviderKind::Apibay, "k", "[]", "http://h/q.php?q=a%20b&cat=200"},
-        Case{ProviderKind::Yts, "k", R"({"data":{}})",
-             "http://h/api/v2/list_movies.json?query_term=a%20b&limit=30"},
-        Case{ProviderKind::Torznab, "", "<rss/>", "http://h?t=search&q=a%20b"},
-        Case{ProviderKind::Torznab, "k&", "<rss/>", "http://h?t=search&q=a%20b&apikey=k%26"},
-        Case{ProviderKind::ArchiveOrg, "", "", ""}}) {
+  using Asking = std::tuple<ProviderKind, const char*, const char*>;
+  config.mirrors.clear();
+  net.hosts = {{text("base"), reply("")}};
+  for (const auto& [kind, key, url] :
+       {Asking{ProviderKind::Apibay, "k", "http://base/q.php?q=a%20b&cat=200"},
+        Asking{ProviderKind::Yts, "k",
+               "http://base/api/v2/list_movies.json?query_term=a%20b&limit=30"},
+        Asking{ProviderKind::Torznab, "", "http://base?t=search&q=a%20b"},
+        Asking{ProviderKind::Torznab, "k&", "http://base?t=search&q=a%20b&apikey=k%26"},
+        Asking{ProviderKind::ArchiveOrg, "", ""}}) {
     config.kind = kind;
     config.apiKey = text(key);
-    config.baseURL = text("http://h");
-    config.mirrors.clear();
-    net.hosts = {{text("h"), reply(body)}};
     search();
     EXPECT_EQ(net.asked.join(u' '), text(url));
   }
+  config.kind = ProviderKind::Torznab;
+  net.hosts = {{text("base"), reply("<rss/>")}};
+  EXPECT_EQ(search(), "base ");
 }
 
 TEST_F(ProviderClientTest, AsksOverHttpsOnceWhereTheSystemRefusesPlainHttp) {
@@ -214,11 +184,8 @@ TEST_F(ProviderClientTest, AsksOverHttpsOnceWhereTheSystemRefusesPlainHttp) {
        {std::pair("http://base", "base base "), {"https://base", "base "}}) {
     config.baseURL = text(address);
     net.hosts.at(text("https://base")) = failure(Reason::PlainHttpBlocked);
-    EXPECT_EQ(
-        search(),
-        asked +
-            std::string("| Some %1 unreachable at base. Check the address in Settings → Providers|"
-                        "base: plain http is blocked by the system; use https"));
+    EXPECT_TRUE(search().starts_with(asked + std::string("| Some %1 unreachable at base.")));
+    EXPECT_TRUE(search().ends_with("|base: plain http is blocked by the system; use https"));
   }
 }
 
@@ -237,32 +204,29 @@ TEST_F(ProviderClientTest, ChecksEveryAddressAndRemembersNone) {
   };
   const auto check = [&] {
     std::string lines;
-    for (const MirrorHealth& one :
-         runFlow(ProviderHealthChecker::check(config, slow, memory, clock))) {
-      lines += one.url.toStdString() + (one.reachable ? " reachable" : "") +
-               (one.formatOK ? " good" : "");
-      lines += (one.millis ? ' ' + std::to_string(*one.millis) + " ms: " : ": ") +
-               one.detail.toStdString() + '\n';
-    }
+    for (const auto& [url, reachable, millis, formatOK, detail] :
+         runFlow(ProviderHealthChecker::check(config, slow, memory, clock)))
+      lines += url.toStdString() + (reachable ? " reachable" : "") + (formatOK ? " good " : " ") +
+               std::to_string(millis.value_or(-1)) + ": " + detail.toStdString() + '\n';
     return lines;
   };
   EXPECT_EQ(check(),
-            "http://base reachable good 12 ms: Reachable, API format OK\n"
-            "http://page reachable 12 ms: Provider returned a web page instead of API data\n"
-            "http://shape reachable 12 ms: Reachable, but the response doesn't match the expected "
+            "http://base reachable good 12: Reachable, API format OK\n"
+            "http://page reachable 12: Provider returned a web page instead of API data\n"
+            "http://shape reachable 12: Reachable, but the response doesn't match the expected "
             "API format\n"
-            "http://busy reachable 12 ms: Failed: HTTP 503\n"
-            "http://late: Failed: timed out\n");
+            "http://busy reachable 12: Failed: HTTP 503\n"
+            "http://late -1: Failed: timed out\n");
   EXPECT_EQ(net.asked.first(), text("http://base/q.php?q=test&cat=200"));
   EXPECT_EQ(remembered(), "");
   config.mirrors.clear();
   config.baseURL = text("xyz");
-  EXPECT_EQ(check(), "xyz: Not a valid http(s) address\n");
+  EXPECT_EQ(check(), "xyz -1: Not a valid http(s) address\n");
   config.baseURL.clear();
-  EXPECT_EQ(check(), "(no address): Not a valid http(s) address\n");
+  EXPECT_EQ(check(), "(no address) -1: Not a valid http(s) address\n");
   config.kind = ProviderKind::ArchiveOrg;
   EXPECT_EQ(check(),
-            "Built-in catalog reachable good: Vidarium catalog uses a fixed built-in host\n");
+            "Built-in catalog reachable good -1: Vidarium catalog uses a fixed built-in host\n");
 }
 
 } // namespace

@@ -16,11 +16,11 @@ using namespace world;
 namespace {
 
 using State = ProviderStatus::State;
-using Count = std::optional<qint64>;
 
-QString text(const char* latin1) { return QString::fromLatin1(latin1); }
+QString text(const char* utf8) { return QString::fromUtf8(utf8); }
 
-TorrentResult row(const char* hash, const char* source, Count seeders = {}, Count size = {}) {
+TorrentResult row(const char* hash, const char* source, std::optional<qint64> seeders = {},
+                  std::optional<qint64> size = {}) {
   TorrentResult result;
   result.id = result.title = text(source) + text(hash);
   result.infoHash = text(hash);
@@ -45,47 +45,25 @@ TEST(SearchMerge, FoldsRowsOfOneHash) {
             "torrent=http://t/; page=http://p/\narchive:ab; ; \nAcd; Acd; A; hash=cd");
 }
 
-// A provider that answers when it is told to.
-class GatedProvider final : public TorrentSearchProvider {
-public:
-  using Outcome = std::function<TorrentResults()>;
-  GatedProvider(const char* name, Outcome outcome)
-      : TorrentSearchProvider(named(name)), m_outcome(std::move(outcome)) {}
+// A provider that answers, off the main thread, when it is told to.
+struct GatedProvider final : TorrentSearchProvider {
+  using Outcome = std::function<TorrentResults(const QString& query)>;
+  GatedProvider(const char* name, Outcome answer)
+      : TorrentSearchProvider({.name = text(name), .baseURL = {}, .apiKey = {}, .mirrors = {}}),
+        outcome(std::move(answer)) {}
 
   Flow<TorrentResults> search(QString query) const override {
-    setAsked(query);
-    wasOnMain = QThread::currentThread() == QCoreApplication::instance()->thread();
-    ++running;
-    const Leaving leaving{running};
+    EXPECT_NE(QThread::currentThread(), QCoreApplication::instance()->thread());
+    ++started;
+    const auto leaving = std::shared_ptr<void>(nullptr, [this](void*) { ++ended; });
     while (!open) co_await sleepFor(std::chrono::milliseconds(1));
-    co_return m_outcome();
+    co_return outcome(query);
   }
+  int running() const { return started - ended; }
 
+  const Outcome outcome;
   mutable std::atomic<bool> open = false;
-  mutable std::atomic<int> running = 0;
-  mutable std::atomic<bool> wasOnMain = false;
-  QString asked() const {
-    const std::lock_guard lock(m_mutex);
-    return m_asked;
-  }
-
-private:
-  void setAsked(const QString& query) const {
-    const std::lock_guard lock(m_mutex);
-    m_asked = query;
-  }
-  struct Leaving {
-    std::atomic<int>& count;
-    ~Leaving() { --count; }
-  };
-  static ProviderConfig named(const char* name) {
-    ProviderConfig config;
-    config.name = text(name);
-    return config;
-  }
-  Outcome m_outcome;
-  mutable std::mutex m_mutex; // guards m_asked
-  mutable QString m_asked;
+  mutable std::atomic<int> started = 0, ended = 0;
 };
 
 struct SearchAggregatorTest : testing::Test, MainThread {
@@ -95,9 +73,6 @@ struct SearchAggregatorTest : testing::Test, MainThread {
     return made;
   }
   const ProviderStatus& status(std::size_t index) const { return aggregator->statuses()[index]; }
-  bool answered(std::size_t index) {
-    return turnUntil([&] { return status(index).state != State::Pending; });
-  }
   bool finished() {
     return turnUntil([&] { return !aggregator->isSearching(); });
   }
@@ -108,50 +83,45 @@ struct SearchAggregatorTest : testing::Test, MainThread {
 };
 
 TEST_F(SearchAggregatorTest, ShowsResultsAsEachProviderAnswers) {
-  const auto slow = provider("A", [] { return TorrentResults{row("ab", "A", 1)}; });
-  const auto quick = provider("B", [] {
+  const auto slow = provider("A", [](const QString& query) {
+    EXPECT_EQ(query, text("words"));
+    return TorrentResults{row("ab", "A", 1)};
+  });
+  const auto quick = provider("B", [](const QString&) {
     return TorrentResults{row("AB", "B", 9), row("cd", "B")};
   });
   aggregator->search(text("  words "), providers);
   EXPECT_TRUE(aggregator->isSearching() && status(0).state == State::Pending);
   EXPECT_EQ(aggregator->lastQuery(), text("words"));
   quick->open = true;
-  ASSERT_TRUE(answered(1));
+  ASSERT_TRUE(turnUntil([&] { return status(1).state == State::Ok; }));
   EXPECT_EQ(aggregator->results().size(), 2U);
   EXPECT_TRUE(aggregator->isSearching() && status(0).state == State::Pending);
   slow->open = true;
   ASSERT_TRUE(finished());
-  EXPECT_EQ(aggregator->results()[0].sources, QStringList({text("A"), text("B")}));
-  EXPECT_EQ(aggregator->results()[0].seeders, 9);
+  EXPECT_EQ(shown(aggregator->results()),
+            "Aab; Aab; A,B; seeders=9; hash=ab\nBcd; Bcd; B; hash=cd");
   EXPECT_EQ(status(1).count, 2U);
-  EXPECT_EQ(slow->asked(), text("words"));
-  EXPECT_FALSE(slow->wasOnMain || quick->wasOnMain);
 }
 
 TEST_F(SearchAggregatorTest, AFailureCostsItsOwnRow) {
-  struct Case {
-    GatedProvider::Outcome outcome;
-    const char* sentence;
-    bool offersSettings;
+  const auto throws = [&](auto error) {
+    provider("P", [error](const QString&) -> TorrentResults { throw error; })->open = true;
   };
-  const std::vector<Case> cases{
-      {[]() -> TorrentResults {
-         throw ProviderError::unreachable(text("P"), text("h"), text("d"));
-       },
-       "P unreachable at h. Check the address in Settings \xe2\x86\x92 Providers", true},
-      {[]() -> TorrentResults { throw NetError::timedOut(); }, "Timed out", false},
-      {[]() -> TorrentResults { throw NetError::http(500); }, "HTTP 500", false},
-      {[]() -> TorrentResults { throw IndexerError(1, text("Wrong key")); }, "Wrong key", false}};
-  for (const Case& one : cases) provider("P", one.outcome)->open = true;
-  provider("empty", [] { return TorrentResults(); })->open = true;
-  provider("good", [] { return TorrentResults{row("ab", "A")}; })->open = true;
+  throws(ProviderError::unreachable(text("P"), text("h"), text("d")));
+  throws(NetError::timedOut());
+  throws(NetError::http(500));
+  throws(IndexerError(1, text("Wrong key")));
+  provider("empty", [](const QString&) { return TorrentResults(); })->open = true;
+  provider("good", [](const QString&) { return TorrentResults{row("ab", "A")}; })->open = true;
   aggregator->search(text("x"), providers);
   ASSERT_TRUE(finished());
-  for (std::size_t i = 0; i < cases.size(); ++i) {
-    EXPECT_EQ(status(i).state, State::Failed);
-    EXPECT_EQ(status(i).text, QString::fromUtf8(cases[i].sentence));
-    EXPECT_EQ(status(i).offersSettings, cases[i].offersSettings);
-  }
+  std::string failures;
+  for (const ProviderStatus& one : aggregator->statuses())
+    if (one.state == State::Failed)
+      failures += one.text.toStdString() + (one.offersSettings ? " (settings)" : "") + '\n';
+  EXPECT_EQ(failures, "P unreachable at h. Check the address in Settings → Providers (settings)\n"
+                      "Timed out\nHTTP 500\nWrong key\n");
   EXPECT_TRUE(status(4).state == State::Ok && status(4).count == 0);
   EXPECT_EQ(aggregator->results().size(), 1U);
   aggregator->search(text("y"), {});
@@ -160,34 +130,33 @@ TEST_F(SearchAggregatorTest, AFailureCostsItsOwnRow) {
 }
 
 TEST_F(SearchAggregatorTest, ASupersededSearchNeverWrites) {
-  const auto stuck = provider("stuck", [] { return TorrentResults{row("ab", "A")}; });
-  const auto late = provider("late", [] { return TorrentResults{row("cd", "A")}; });
+  const auto answer = [](const QString&) { return TorrentResults{row("ab", "A")}; };
+  const auto stuck = provider("stuck", answer), late = provider("late", answer);
+  const auto areRunning = [&](int each) {
+    return turnUntil([&] { return stuck->running() == each && late->running() == each; });
+  };
   aggregator->search(text("first"), providers);
-  ASSERT_TRUE(turnUntil([&] { return stuck->running == 1 && late->running == 1; }));
+  ASSERT_TRUE(areRunning(1));
   late->open = true; // its answer is under way when the search is superseded
-  while (late->running != 0) std::this_thread::yield();
+  while (late->running() != 0) std::this_thread::yield();
   late->open = false;
   aggregator->search(text("second"), providers);
-  const auto asksForSecond = [](const auto& one) {
-    return one->running == 1 && one->asked() == text("second");
-  };
-  EXPECT_TRUE(turnUntil([&] { return asksForSecond(stuck) && asksForSecond(late); }));
+  EXPECT_TRUE(turnUntil([&] { return stuck->started == 2; }) && areRunning(1));
   QCoreApplication::processEvents();
   EXPECT_TRUE(aggregator->results().empty());
   for (const ProviderStatus& one : aggregator->statuses()) EXPECT_EQ(one.state, State::Pending);
 
-  aggregator->search(text("third"), {stuck});
   aggregator->search(text(" \n"), {}); // cancels, and leaves all that is shown as it stands
-  EXPECT_TRUE(turnUntil([&] { return stuck->running == 0; }));
+  EXPECT_TRUE(areRunning(0));
   QCoreApplication::processEvents();
   EXPECT_TRUE(aggregator->isSearching());
   EXPECT_EQ(status(0).state, State::Pending);
-  EXPECT_EQ(aggregator->lastQuery(), text("third"));
+  EXPECT_EQ(aggregator->lastQuery(), text("second"));
 
-  aggregator->search(text("fourth"), {stuck, stuck}); // two searches of one provider at once
-  ASSERT_TRUE(turnUntil([&] { return stuck->running == 2; }));
+  aggregator->search(text("third"), {stuck, stuck, late, late}); // twice at once
+  ASSERT_TRUE(areRunning(2));
   aggregator.reset();
-  EXPECT_TRUE(turnUntil([&] { return stuck->running == 0; }));
+  EXPECT_TRUE(areRunning(0));
 }
 
 TEST(ProviderRegistry, KeepsItsListInTheSettings) {
