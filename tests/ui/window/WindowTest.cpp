@@ -3,10 +3,12 @@
 #include "app/MediaSession.h"
 #include "ui/controls/Look.h"
 #include <QGuiApplication>
+#include <QMimeData>
 
 namespace vellum::test {
 namespace {
 
+// Takes seconds: a film plays, and its picture is watched for motion.
 TEST_F(WindowTest, AFilmIsFoundPlayedLeftAndResumedWithTheMouse) {
   searchFor("demo");
   EXPECT_TRUE(see.shows(text("banner0"))) << "of the provider that is gone";
@@ -31,6 +33,7 @@ TEST_F(WindowTest, AFilmIsFoundPlayedLeftAndResumedWithTheMouse) {
   EXPECT_TRUE(nothingIsLeft());
 }
 
+// Takes seconds: a film plays.
 TEST_F(WindowTest, TheKeyboardAloneLeadsToAPictureAndBack) {
   ASSERT_TRUE(see.tabTo(text("section-home")));
   for (int i = 0; i < 3; ++i) see.press(Qt::Key_Down);
@@ -89,23 +92,34 @@ TEST_F(WindowTest, ATorrentThatNobodySeedsIsTriedOnlyWhenWanted) {
   EXPECT_TRUE(nothingIsLeft());
 }
 
-TEST_F(WindowTest, LinksComeIntoTheInspectorAndWhatIsNoneIsSaid) {
-  LinkOpener& links = world.state().links;
+TEST_F(WindowTest, WhatIsDroppedComesIntoTheInspectorAndWhatIsNoneIsSaid) {
+  const auto drop = [&](const QList<QUrl>& files, const QString& words) {
+    QMimeData data;
+    if (files.isEmpty()) data.setText(words);
+    if (!files.isEmpty()) data.setUrls(files);
+    const QPoint at(300, 200);
+    QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QDropEvent dropped(at, Qt::CopyAction, &data, Qt::LeftButton, {});
+    for (QEvent* event : {static_cast<QEvent*>(&enter), static_cast<QEvent*>(&dropped)})
+      QCoreApplication::sendEvent(&world.window(), event);
+  };
   const auto inspects = [&](const char* what) {
     return until([&] { return see.text(text("countsLine")).find(what) != std::string::npos; });
   };
-  links.open(world.magnet());
+  drop({}, world.magnet());
   ASSERT_TRUE(until([&] { return see.property(text("inspector"), "opened").toBool(); }));
   EXPECT_TRUE(see.shows(text("copyMagnetButton")));
   EXPECT_FALSE(see.shows(text("revealButton")));
-  links.open(world.torrentFile()); // takes the place of what was shown
+  const QString file = world.home() + text("/a #1 100%.torrent");
+  ASSERT_TRUE(QFile::copy(world.torrentFile(), file));
+  drop({QUrl::fromLocalFile(file)}, {}); // takes the place of what was shown
   EXPECT_TRUE(inspects("2 file(s)"));
   EXPECT_TRUE(see.shows(text("revealButton")));
 
   QFile broken(world.home() + text("/broken.torrent"));
   ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
   broken.close();
-  links.open(broken.fileName()); // over the sheet, which stays
+  world.state().links.open(broken.fileName()); // over the sheet, which stays
   ASSERT_TRUE(until([&] { return see.property(text("noticeAlert"), "opened").toBool(); }));
   EXPECT_EQ(see.text(text("noticeAlert"), "message"),
             "Couldn't read torrent: Not a valid .torrent file");
@@ -116,6 +130,7 @@ TEST_F(WindowTest, LinksComeIntoTheInspectorAndWhatIsNoneIsSaid) {
   EXPECT_TRUE(until([&] { return !world.state().navigation.inspector(); }));
 }
 
+// Takes seconds: a film plays in two programs, one after the other.
 TEST_F(WindowTest, WhatWasWatchedWhenTheProgramEndsIsResumedInTheNext) {
   searchFor("demo");
   clickPart("480p", "playButton");
@@ -124,11 +139,11 @@ TEST_F(WindowTest, WhatWasWatchedWhenTheProgramEndsIsResumedInTheNext) {
   player.seek(20);
   ASSERT_TRUE(until([&] { return player.currentTime() > 19; }));
   world.restart();
-  WindowState& again = world.state();
-  const HistoryEntries history = again.app.library.history();
-  ASSERT_EQ(history.size(), 1U);
-  again.entries.resume(history[0]);
-  EXPECT_TRUE(until([&] { return again.playback.player.currentTime() > 19; }));
+  world.drive().click(text("section-library"));
+  ASSERT_TRUE(world.drive().comes(text("resumeButton")));
+  world.drive().settle();
+  world.drive().click(text("resumeButton"));
+  EXPECT_TRUE(until([&] { return world.state().playback.player.currentTime() > 19; }));
   EXPECT_TRUE(world.drive().shows(text("playerScreen")));
 }
 

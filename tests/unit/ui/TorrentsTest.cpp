@@ -1,0 +1,228 @@
+// The torrent search: its table, what a row offers, and the inspector.
+#include "ui/torrents/InspectorModel.h"
+#include "ui/torrents/TorrentSearchModel.h"
+#include "unit/ui/ModelTest.h"
+
+namespace vellum::ui {
+namespace {
+
+using namespace test;
+using Column = ResultColumn;
+
+// Known by the first letter of its title.
+TorrentResult row(const char* title, std::optional<qint64> size = {},
+                  std::optional<qint64> seeds = {}, const QStringList& sources = {text("A")}) {
+  TorrentResult result;
+  result.title = text(title);
+  result.id = result.title.first(1);
+  result.size = size;
+  result.seeders = seeds;
+  result.sources = sources;
+  return result;
+}
+
+TEST(TorrentTable, ShowsWhatPassesAndGapsBelowEverythingReal) {
+  TorrentTable table;
+  const qint64 two = qint64{2} << 30;
+  TorrentResults rows{row("b 1080p mkv", two, 0), row("A 720p mp4"),
+                      row("c brrip", two + 1, 9, {text("B"), text("A")}),
+                      row("B", 5, 9, {text("B")}), row("none 1080p", 5, 9, {})};
+  rows[0].leechers = 3;
+  table.setResults(rows);
+  using Source = QSet<QString>;
+  for (const auto& [filter, order, shown] :
+       {std::tuple<ResultFilter, ResultOrder, const char*>{{}, {}, "c|B|b|A"},
+        {{}, {Column::Seeds, true}, "A|b|c|B"},
+        {{}, {Column::Title, true}, "A|B|b|c"},
+        {{}, {Column::Size, false}, "c|b|B|A"},
+        {{}, {Column::Peers, false}, "b|A|c|B"},
+        {{}, {Column::Source, false}, "B|c|b|A"},
+        {{text("1080p"), text("Any"), 0, {}}, {}, "b"},
+        {{text("SD"), text("Any"), 0, {}}, {}, ""},
+        {{text("Any"), text("mp4"), 0, {}}, {}, "A"},
+        {{text("Any"), text("Any"), 2, {}}, {}, "B|b|A"},
+        {{text("Any"), text("Any"), 0, Source{text("A")}}, {}, "c|B"},
+        {{text("Any"), text("Any"), 0, Source{text("A"), text("B")}}, {}, ""}}) {
+    table.setFilter(filter);
+    table.setOrder(order);
+    EXPECT_EQ(column(table, "key"), shown);
+  }
+  EXPECT_EQ(said(table.countText()), "0 of 5 results");
+  EXPECT_EQ(said(table.allSources().join(u'|')), "A|B");
+}
+
+TEST(TorrentTable, LateResultsKeepTheViewWhereItIs) {
+  TorrentTable table;
+  std::string changes;
+  QObject::connect(&table, &TorrentTable::modelReset, &table, [&] { changes += "reset "; });
+  QObject::connect(&table, &TorrentTable::rowsInserted, &table, [&] { changes += "in "; });
+  QObject::connect(&table, &TorrentTable::rowsRemoved, &table, [&] { changes += "out "; });
+  TorrentResult film = row("x 720p mkv", 1000, 5), other = row("y", {}, 9);
+  film.baseTitle = other.baseTitle = text("film");
+  const auto told = [&](std::initializer_list<const char*> roles) {
+    std::string all;
+    for (const char* role : roles) all += column(table, role) + ' ';
+    return all;
+  };
+  table.setResults({film});
+  EXPECT_EQ(told({"quality", "format", "source", "hasVariants"}), "720p mkv A false ");
+  film.title = text("x 1080p mp4"); // the same row tells more of itself
+  film.sources.prepend(text("B"));
+  film.infoHash = text("x");
+  table.setResults({film, other});
+  EXPECT_EQ(told({"key", "quality", "format", "source"}), "y|x —|1080p —|mp4 A|A, B ");
+  EXPECT_EQ(told({"size", "seeds", "peers"}), "—|1 KB 9|5 —|— ");
+  EXPECT_EQ(told({"hasVariants", "playable"}), "true|true false|true ");
+  table.setRowStates({{text("y"), {RowState::Kind::Failed, text("why")}}});
+  EXPECT_EQ(told({"playState", "failure"}), "failed| why| ");
+  film.title = text("x");
+  film.archiveID = film.license = text("id");
+  table.setResults({film});
+  EXPECT_EQ(told({"quality", "format", "note", "playable"}), "— mp4 Licensed: id true ");
+  EXPECT_EQ(table.indexOf(text("y")), -1);
+  EXPECT_EQ(changes, "in in out ");
+}
+
+TEST(TorrentTable, SelectsByKeyWhereverTheRowsGo) {
+  using Table = TorrentTable;
+  Table table;
+  table.pick(0, Table::PickOnly);
+  EXPECT_EQ(table.currentRow(), -1);
+  TorrentResults results{row("a", 1, 9), row("b", 1, 8), row("c", 1, 7), row("d", 1, 6)};
+  table.setResults(results);
+  const auto selected = [&table] {
+    QString keys;
+    for (int i = 0; i < table.rowCount(); ++i)
+      if (table.index(i).data(Table::SelectedRole).toBool())
+        keys += table.index(i).data(Table::KeyRole).toString();
+    return said(keys + u' ' + table.currentKey());
+  };
+  for (const auto& [index, how, expected] : {std::tuple{2, Table::PickExtend, "c c"},
+                                             {-5, Table::PickOnly, "a a"},
+                                             {2, Table::PickExtend, "abc c"},
+                                             {1, Table::PickExtend, "ab b"},
+                                             {3, Table::PickToggle, "abd d"},
+                                             {1, Table::PickToggle, "ad b"},
+                                             {0, Table::PickExtend, "ab a"},
+                                             {99, Table::PickToggle, "abd d"}}) {
+    table.pick(index, how);
+    EXPECT_EQ(selected(), expected);
+  }
+  results.insert(results.begin(), row("z", 1, 99));
+  table.setResults(results);
+  EXPECT_EQ(table.currentRow(), 4);
+  table.setFilter({.resolution = text("480p"), .hiddenSources = {}});
+  EXPECT_EQ(table.currentRow(), -1);
+  table.setFilter({});
+  EXPECT_EQ(selected(), "abd d");
+  table.pickAll();
+  EXPECT_EQ(selected(), "zabcd d");
+}
+
+struct TorrentSearchTest : ModelTest {
+  bool search(const char* words) {
+    model.setProperty("query", text(words));
+    model.search();
+    EXPECT_EQ(said(model.emptyText()), "Searching…");
+    return turnUntil([&] { return !aggregator.isSearching(); });
+  }
+
+  SearchAggregator aggregator{main, pool};
+  TorrentSearchModel model{
+      {aggregator, registry, *coordinator, links, navigation, note("copy"), note("page")}};
+};
+
+TEST_F(TorrentSearchTest, TellsHowASearchGoesAndSortsNumbersFromTheGreatest) {
+  EXPECT_FALSE(model.hasProviders());
+  EXPECT_EQ(said(model.emptyText()), "Enter a search to query your enabled providers in parallel.");
+  net.hosts[text("empty")] = reply("[]");
+  registry.add(provider("Empty", ProviderKind::Apibay, "http://empty"));
+  registry.add(provider("Gone", ProviderKind::Apibay, "http://gone"));
+  ASSERT_TRUE(search(" x "));
+  EXPECT_EQ(said(model.emptyText()), "No results.");
+  EXPECT_EQ(column(model.statuses(), "text"), "Empty: 0|Gone: failed");
+  EXPECT_EQ(column(model.banners(), "text"),
+            "Gone unreachable at gone. Check the address in Settings → Providers");
+
+  for (const auto& [by, ascending] : {std::pair{Column::Seeds, true}, // it was so already
+                                      {Column::Title, true},          // names begin with the first
+                                      {Column::Size, false},
+                                      {Column::Size, true},
+                                      {Column::Source, true},
+                                      {Column::Peers, false},
+                                      {Column(-1), false},
+                                      {Column(5), false}}) {
+    model.sortBy(int(by));
+    EXPECT_EQ(model.sortAscending(), ascending) << int(by);
+  }
+  for (const auto& [source, shown] : {std::pair{"B", false}, {"A", false}, {"A", true}})
+    model.showSource(text(source), shown);
+  EXPECT_EQ(said(model.hiddenSources().join(u'|')), "B");
+}
+
+TEST_F(TorrentSearchTest, PlaysAndOffersWhatARowHas) {
+  const QString a(40, u'a'), b(40, u'b'), c(40, u'c'), item = text("archive:item");
+  const QString answer = text(R"({"data":{"movies":[
+      {"title":"F","year":2000,"url":"https://page/","torrents":[
+        {"hash":"%1","quality":"1080p","seeds":5,"url":"http://t/"},{"hash":"%2","quality":"720p"}]},
+      {"title":"G","url":"file:///etc","torrents":[{"hash":"%3"}]}]}})");
+  net.hosts[text("yts")] = reply(answer.arg(a, b, c).toUtf8());
+  settings.setProviders({provider("C", ProviderKind::ArchiveOrg, ""),
+                         provider("Y", ProviderKind::Yts, "http://yts")});
+  ASSERT_TRUE(search("f"));
+  EXPECT_EQ(model.table()->rowCount(), 4);
+  EXPECT_EQ(column(model.variants(a), "text"), "720p · seeds unknown|1080p · 5 seeds");
+  EXPECT_EQ(column(model.variants(c), "text"), "");
+  model.playVariant(a, b);
+  EXPECT_EQ(said(stream().title), "F (2000) 720p");
+  model.play(a);
+  const auto playing = model.table()->index(model.table()->indexOf(a));
+  EXPECT_EQ(said(playing.data(TorrentTable::PlayStateRole).toString()), "starting");
+  model.play(item);
+  EXPECT_EQ(said(navigation.selectedItem()->id + *navigation.selectedItem()->year), "item1957");
+  EXPECT_EQ(said(stream().title), "F (2000) 1080p") << "it goes on";
+
+  EXPECT_EQ(column(model.actions(item), "id"), "details|page");
+  EXPECT_EQ(column(model.actions(c), "id"), "inspect|external|copyMagnet|copyHash");
+  EXPECT_EQ(column(model.actions(a), "id"), "inspect|external|copyMagnet|torrent|page|copyHash");
+  takeEvents();
+  for (const char* action : {"external", "copyMagnet", "copyHash", "page", "unknown", "inspect"})
+    model.act(a, text(action));
+  const QString magnet = *model.table()->result(a)->magnet;
+  EXPECT_EQ(told(), said(text("open %1|copy %1|copy %2|page https://page/").arg(magnet, a)));
+  EXPECT_EQ(said(navigation.inspector()->infoHash), said(a));
+}
+
+TEST_F(TorrentSearchTest, TheInspectorTellsAFileFromALinkAndKeepsTheLastForItsWayOut) {
+  InspectorModel inspector({navigation, links, note("copy"), note("reveal")});
+  const auto pressAll = [&] {
+    inspector.copyMagnet();
+    inspector.openMagnet();
+    inspector.openFile();
+    inspector.revealFile();
+    return told();
+  };
+  EXPECT_EQ(pressAll(), "");
+  TorrentInfo info;
+  info.magnet = text("magnet:?a");
+  info.fileUrl = QUrl::fromLocalFile(text("/x y.torrent"));
+  info.trackers = {text("t"), text("u")};
+  info.files = {{text("Film.MKV"), 2000}, {text("s.mp4"), 1}, {text("f.srt"), 1}, {text("mkv"), 1}};
+  info.videos = 2; // as whoever read the file has counted
+  navigation.setInspector(info);
+  EXPECT_EQ(said(inspector.countText()), "4 file(s) · 2 video · 2 tracker(s)");
+  EXPECT_EQ(column(inspector, "name"), "Film.MKV|s.mp4|f.srt|mkv");
+  EXPECT_EQ(column(inspector, "kind"), "video|video|subtitles|other");
+  EXPECT_EQ(pressAll(), "copy magnet:?a|open magnet:?a|open /x y.torrent|reveal /x y.torrent");
+
+  const QString link = text("magnet:?xt=urn:btih:") + QString(40, u'a');
+  links.inspectMagnet(link);
+  EXPECT_EQ(inspector.rowCount(), 0);
+  EXPECT_EQ(pressAll(), said(text("copy %1|open %1").arg(link)));
+  inspector.close();
+  EXPECT_FALSE(inspector.isShown() || navigation.inspector());
+  EXPECT_EQ(said(inspector.hashText()), "Info hash: " + std::string(40, 'a'));
+}
+
+} // namespace
+} // namespace vellum::ui
