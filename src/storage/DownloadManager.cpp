@@ -187,10 +187,11 @@ void DownloadManager::onEnd(const QUuid& id, TransferFinished end) {
 }
 
 void DownloadManager::onEnd(const QUuid& id, TransferPaused end) {
-  const bool goesOn = m_running.at(id).resumesAtOnce;
   publishProgress();
-  m_running.erase(id);
-  if (goesOn) return launch(id, std::move(end.resume));
+  const auto running = m_running.extract(id);
+  // Whoever heard of the progress may have cancelled the row.
+  if (!running) return dropOnWorker(std::move(end));
+  if (running.mapped().resumesAtOnce) return launch(id, std::move(end.resume));
   if (end.resume) m_resumeData.insert_or_assign(id, std::move(*end.resume));
   setState(id, {Kind::Paused});
 }
@@ -213,9 +214,7 @@ void DownloadManager::moved(const QUuid& id, quint64 number, const Placed& place
 }
 
 void DownloadManager::setState(const QUuid& id, State state) {
-  DownloadTask* task = row(id);
-  if (!task) return;
-  task->state = std::move(state);
+  row(id)->state = std::move(state);
   Q_EMIT tasksChanged();
 }
 

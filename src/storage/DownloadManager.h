@@ -83,7 +83,7 @@ private:
   void onEnd(const QUuid& id, TransferPaused end);
   void onEnd(const QUuid& id, const TransferFailed& end);
   void moved(const QUuid& id, quint64 number, const Placed& placed);
-  void setState(const QUuid& id, State state);
+  void setState(const QUuid& id, State state); // of a row that is there
   // Removing a large file takes its time.
   template <class Held>
   void dropOnWorker(Held held);
