@@ -4,11 +4,11 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
+#include <QStorageInfo>
 #include <QTemporaryDir>
 #include <future>
 #include <gtest/gtest.h>
 #include <limits>
-#include <sys/statvfs.h>
 #include <unistd.h>
 
 namespace vellum {
@@ -58,13 +58,14 @@ struct CacheManagerTest : testing::Test, world::MainThread {
     manager->enforce();
     waitForMeasurements(1);
   }
+  void clear() {
+    manager->clear();
+    waitForMeasurements(1);
+  }
   void waitForMeasurements(int count) {
-    int measured = 0;
-    const auto connection =
-        QObject::connect(&*manager, &CacheManager::measured, [&] { ++measured; });
-    turnUntil([&] { return measured >= count; });
-    QObject::disconnect(connection);
-    ASSERT_EQ(measured, count);
+    QObject owner; // of the connection
+    QObject::connect(&*manager, &CacheManager::measured, &owner, [&] { --count; });
+    ASSERT_TRUE(turnUntil([&] { return count <= 0; }));
   }
   // An old film outside, with links in the cache to it, to its folder, and to nowhere.
   QString linkOutside() const {
@@ -91,9 +92,7 @@ TEST_F(CacheManagerTest, MeasuresWhatIsReallyWrittenAndWhatIsFree) {
   EXPECT_EQ(manager->usedBytes(), 0);
   EXPECT_TRUE(QFileInfo(manager->torrentDir()).isDir());
   EXPECT_TRUE(QFileInfo(cache + text("/URLCache")).isDir());
-  struct statvfs disk {};
-  ASSERT_EQ(::statvfs(QFile::encodeName(home.path()).constData(), &disk), 0);
-  const double free = static_cast<double>(disk.f_bavail) * static_cast<double>(disk.f_frsize);
+  const auto free = static_cast<double>(QStorageInfo(home.path()).bytesAvailable());
   EXPECT_NEAR(static_cast<double>(manager->freeBytes()), free, 1e9);
   EXPECT_GT(CacheManager::freeSpace(text("/no/such/folder")), 0);
 
@@ -138,8 +137,7 @@ TEST_F(CacheManagerTest, ClearLeavesTheFolderOfTheHttpCacheAndWhatLinksLeadTo) {
   const QString outside = linkOutside();
   startManager();
   file(cache, "URLCache/data8/1/kept.d");
-  manager->clear();
-  waitForMeasurements(1);
+  clear();
   EXPECT_TRUE(left(cache + text("/URLCache")).isEmpty());
   EXPECT_EQ(
       QDir(cache).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot),
@@ -197,8 +195,7 @@ TEST_F(CacheManagerTest, TheLimitsLeaveAPayloadInUseAndClearDoesNot) {
   ::close(another);
   enforce(0);
   EXPECT_TRUE(QFile::exists(used));
-  manager->clear();
-  waitForMeasurements(1);
+  clear();
   EXPECT_FALSE(QFile::exists(used));
   EXPECT_EQ(::write(user, "x", 1), 1);
   ::close(user);
@@ -261,8 +258,7 @@ TEST_F(CacheManagerTest, ARelativeCacheFolderIsNoLicenceToTouchAnything) {
     settings.setCachePath(text(path));
     startManager();
     enforce(0);
-    manager->clear();
-    waitForMeasurements(1);
+    clear();
     EXPECT_EQ(work.entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
               QStringList{text("mine.txt")})
         << path;

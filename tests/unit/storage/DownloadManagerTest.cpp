@@ -173,56 +173,74 @@ TEST_F(DownloadManagerTest, ATransferThatIsNotThereIsLeftAlone) {
   everything(running);
   EXPECT_EQ(changes, 2);
   EXPECT_EQ(transfers.all.size(), 1);
+
+  const QUuid pausing = start();
+  transfers.all.back()->now = TransferProgress{4, 9};
+  QObject::connect(&*manager, &DownloadManager::tasksChanged, [&] { manager->cancel(pausing); });
+  end(TransferPaused{resumeData()}); // cancelled by one who hears of its progress
+  EXPECT_TRUE(manager->tasks().empty());
+  EXPECT_TRUE(partsGo());
 }
 
-TEST_F(DownloadManagerTest, PausesAndGoesOnWithWhatTheTransferGave) {
-  const QUuid id = start("http://h/film.mp4", 9);
-  manager->resume(id); // it runs already
-  manager->pause(id);
-  manager->pause(id);
-  EXPECT_EQ(transfers.all[0]->pauses, 1);
-  EXPECT_EQ(row().state.kind, Kind::Downloading) << "until the transfer has stopped";
-  transfers.all[0]->now = TransferProgress{4, 0};
-  end(TransferPaused{resumeData()});
-  EXPECT_EQ(row().state.kind, Kind::Paused);
-  EXPECT_EQ(row().received, 4) << "the last figure is taken over";
-  manager->clearFinished();
-  ASSERT_EQ(manager->tasks().size(), 1);
+TEST_F(DownloadManagerTest, PausesGoesOnAndBeginsAgain) {
+  // The user: p pauses, r resumes. The transfer that runs: P is paused and may go on, N cannot go
+  // on, X fails, F has its file. L: the first transfer ends once more.
+  struct Case {
+    const char* steps;
+    Kind state;
+    unsigned launches;
+    bool goesOn = false; // the last one, from what the one before it gave
+  };
+  for (const auto& [steps, state, launches, goesOn] :
+       {Case{"r", Kind::Downloading, 1}, Case{"pp", Kind::Downloading, 1},
+        Case{"ppP", Kind::Paused, 1}, Case{"pPr", Kind::Downloading, 2, true},
+        Case{"pPrL", Kind::Downloading, 2, true}, Case{"pPrpNr", Kind::Downloading, 3},
+        Case{"pNr", Kind::Downloading, 2}, Case{"prP", Kind::Downloading, 2, true},
+        Case{"prpP", Kind::Paused, 1}, Case{"pF", Kind::Finished, 1},
+        Case{"prF", Kind::Finished, 1}, Case{"Fr", Kind::Downloading, 2},
+        Case{"FrF", Kind::Finished, 2}, Case{"Xp", Kind::Failed, 1},
+        Case{"Xr", Kind::Downloading, 2}}) {
+    transfers.all.clear();
+    const QUuid id = start();
+    const auto first = transfers.all.front();
+    for (const char step : std::string_view(steps)) {
+      if (step == 'p') manager->pause(id);
+      if (step == 'r') manager->resume(id);
+      if (step == 'P') end(TransferPaused{resumeData()});
+      if (step == 'N') end(TransferPaused{});
+      if (step == 'X') end(TransferFailed{QStringLiteral("HTTP 404")});
+      if (step == 'L') first->ended(TransferFailed{});
+      if (step == 'F') end(TransferFinished{part()});
+      if (step == 'F') EXPECT_TRUE(turnsTo(Kind::Finished)) << steps;
+    }
+    QCoreApplication::processEvents();
+    EXPECT_EQ(row().state.kind, state) << steps;
+    EXPECT_EQ(row().state.reason.toStdString(), state == Kind::Failed ? "HTTP 404" : "");
+    EXPECT_EQ(first->pauses, steps[0] == 'p') << steps << ": it is told once";
+    EXPECT_EQ(transfers.all.size(), launches) << steps;
+    EXPECT_EQ(transfers.all.back()->source.resume.has_value(), goesOn) << steps;
+    if (state == Kind::Finished) EXPECT_EQ(contents(name().c_str()), "whole") << steps;
+  }
+}
 
-  manager->resume(id);
-  EXPECT_EQ(row().state.kind, Kind::Downloading);
-  ASSERT_EQ(transfers.all.size(), 2);
-  EXPECT_EQ(transfers.all[1]->source.resume->validator, "\"tag\"");
-  transfers.all[0]->ended(TransferFailed{}); // an end of what ran before
-  manager->pause(id);
+TEST_F(DownloadManagerTest, ClearsTheRowsThatHaveEndedButNoFile) {
+  start();
+  end(TransferFinished{part()});
+  ASSERT_TRUE(turnsTo(Kind::Finished));
+  start();
   end(TransferPaused{});
-  EXPECT_EQ(row().state.kind, Kind::Paused);
-  manager->resume(id);
-  EXPECT_FALSE(transfers.all.back()->source.resume) << "data is used once";
-  EXPECT_EQ(row().received, 4) << "the old figure, until there is progress";
-}
-
-TEST_F(DownloadManagerTest, AResumeMayOvertakeThePauseBeforeIt) {
-  const QUuid id = start();
-  manager->pause(id);
-  manager->resume(id);
-  EXPECT_EQ(transfers.all.size(), 1) << "never two for one row";
-  end(TransferPaused{resumeData()});
-  EXPECT_EQ(row().state.kind, Kind::Downloading);
-  ASSERT_EQ(transfers.all.size(), 2);
-  EXPECT_TRUE(transfers.all[1]->source.resume);
-
-  manager->pause(id);
-  manager->resume(id);
-  manager->pause(id);
-  end(TransferPaused{resumeData()});
-  EXPECT_EQ(row().state.kind, Kind::Paused);
-
-  manager->resume(id);
-  manager->pause(id);
-  end(TransferFinished{part()}); // it was complete before it could stop
-  EXPECT_TRUE(turnsTo(Kind::Finished));
+  start();
+  changes = 0;
+  manager->clearFinished();
+  manager->clearFinished();
+  EXPECT_EQ(changes, 1) << "nothing changes where nothing goes";
+  EXPECT_EQ(manager->tasks().size(), 2);
   EXPECT_EQ(contents("film.mp4"), "whole");
+  end(TransferFailed{});
+  manager->clearFinished();
+  EXPECT_EQ(changes, 3);
+  ASSERT_EQ(manager->tasks().size(), 1);
+  EXPECT_EQ(row().state.kind, Kind::Paused);
 }
 
 TEST_F(DownloadManagerTest, ACancelledRowLeavesNothingWhateverComesLate) {
@@ -251,37 +269,6 @@ TEST_F(DownloadManagerTest, ACancelledRowLeavesNothingWhateverComesLate) {
   goesOn.set_value();
   EXPECT_TRUE(partsGo());
   EXPECT_TRUE(QDir(folder).isEmpty());
-}
-
-TEST_F(DownloadManagerTest, AnEndedRowMayBeginAgainOrBeCleared) {
-  const QUuid failed = start();
-  end(TransferFailed{QStringLiteral("HTTP 404")});
-  EXPECT_EQ(row().state, (DownloadTask::State{Kind::Failed, QStringLiteral("HTTP 404")}));
-  manager->pause(failed); // nothing runs
-  EXPECT_EQ(row().state.kind, Kind::Failed);
-  manager->resume(failed);
-  EXPECT_EQ(row().state.kind, Kind::Downloading);
-  EXPECT_FALSE(transfers.all.back()->source.resume);
-  end(TransferFailed{QStringLiteral("again")});
-  manager->resume(failed);
-  end(TransferFinished{part()});
-  ASSERT_TRUE(turnsTo(Kind::Finished));
-  manager->resume(failed);
-  end(TransferFinished{part()});
-  ASSERT_TRUE(turnsTo(Kind::Finished));
-  EXPECT_EQ(contents("film.mp4") + contents("film 1.mp4"), "wholewhole");
-  start("http://h/third.mp4");
-  for (const int now : {1, 0}) { // of the two, then of nothing
-    changes = 0;
-    manager->clearFinished();
-    EXPECT_EQ(changes, now);
-    ASSERT_EQ(manager->tasks().size(), 1);
-  }
-  EXPECT_EQ(name(), "third.mp4");
-  end(TransferFailed{});
-  manager->clearFinished();
-  EXPECT_TRUE(manager->tasks().empty());
-  EXPECT_EQ(changes, 2);
 }
 
 TEST_F(DownloadManagerTest, AWholeFileIsMovedButNeverOverAnother) {

@@ -8,8 +8,6 @@
 #include <limits>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace vellum {
 namespace {
@@ -131,35 +129,6 @@ TEST_F(LibraryStoreTest, WhatCannotBeWrittenLeavesTheFileAndTheList) {
   store.updateProgress(QStringLiteral("a"), 4, 0);
   EXPECT_EQ(store.history().size(), 2);
   EXPECT_EQ(LibraryStore(path).history(), store.history()) << "the next save makes up for it";
-}
-
-// A process that saves without a pause is killed at ten moments, most of them amid a save.
-TEST_F(LibraryStoreTest, AKillLeavesTheOldFileOrTheNewOne) {
-  LibraryStore(path).record(row(std::string(40'000, 'x').c_str()));
-  double last = 0;
-  for (int round = 0; round < 10; ++round) {
-    int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
-    const pid_t child = fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-      LibraryStore mine(path);
-      for (double position = last;; ++position) {
-        mine.updateProgress(mine.history().front().key, position, 0);
-        if (::write(ends[1], "s", 1) != 1) _exit(1);
-      }
-    }
-    char saves[3];
-    for (int i = 0; i < 1 + round % 3; ++i) ASSERT_EQ(::read(ends[0], saves, 1), 1);
-    usleep(static_cast<useconds_t>(round * 159)); // microseconds into the next save
-    kill(child, SIGKILL);
-    waitpid(child, nullptr, 0);
-    for (const int end : ends) close(end);
-    const HistoryEntries read = LibraryStore(path).history();
-    ASSERT_EQ(read.size(), 1) << "round " << round;
-    EXPECT_GE(read[0].position, last + round % 3);
-    last = read[0].position;
-  }
 }
 
 } // namespace

@@ -1,7 +1,6 @@
 #include "storage/SettingsStore.h"
 #include <QDir>
 #include <QFileInfo>
-#include <QTemporaryDir>
 #include <QVariant>
 #include <gtest/gtest.h>
 
@@ -10,18 +9,11 @@ namespace {
 
 QString text(const char* latin1) { return QLatin1String(latin1); }
 
-struct SettingsStoreTest : testing::Test {
-  SettingsStoreTest() { qputenv("VELLUM_HOME", home.path().toUtf8()); }
-  ~SettingsStoreTest() override { qputenv("VELLUM_HOME", homeBefore); }
-
-  const QByteArray homeBefore = qgetenv("VELLUM_HOME");
-  const QTemporaryDir home;
+TEST(SettingsStoreTest, EachValueHasADefaultATypeAndASignalAndIsKept) {
   PreferenceStore preferences;
-};
-
-TEST_F(SettingsStoreTest, EachValueHasADefaultATypeAndASignalAndIsKept) {
-  const QString support = home.path() + text("/ApplicationSupport/VellumApp");
-  const QString movies = home.path() + text("/Movies/VellumApp");
+  const QString home = qEnvironmentVariable("VELLUM_HOME"); // of this program's own
+  const QString support = home + text("/ApplicationSupport/VellumApp");
+  const QString movies = home + text("/Movies/VellumApp");
   using Settings = SettingsStore;
   const struct {
     const char* name;
@@ -57,7 +49,8 @@ TEST_F(SettingsStoreTest, EachValueHasADefaultATypeAndASignalAndIsKept) {
   EXPECT_FALSE(QFileInfo::exists(movies));
 }
 
-TEST_F(SettingsStoreTest, AStoredListOfProvidersIsTakenAsAWholeOrNotAtAll) {
+TEST(SettingsStoreTest, AStoredListOfProvidersIsTakenAsAWholeOrNotAtAll) {
+  PreferenceStore preferences;
   SettingsStore settings(preferences);
   QStringList providers;
   for (const ProviderConfig& one : settings.providers())
@@ -84,7 +77,8 @@ TEST_F(SettingsStoreTest, AStoredListOfProvidersIsTakenAsAWholeOrNotAtAll) {
   EXPECT_EQ(SettingsStore(preferences).providers().size(), 3);
 }
 
-TEST_F(SettingsStoreTest, TheUploadLimitIsReadInBytesFromTheStoreItself) {
+TEST(SettingsStoreTest, TheUploadLimitIsReadInBytesFromTheStoreItself) {
+  PreferenceStore preferences;
   EXPECT_EQ(SettingsStore::uploadLimit(preferences), 0);
   for (const auto& [kilobytes, bytes] :
        {std::pair{5LL, 5'120LL}, {0, 0}, {1LL << 40, 1LL << 50}, {1LL << 62, 0}}) {
