@@ -1,12 +1,9 @@
 """Searching from the command line among indexers and a catalog, good ones and bad ones."""
 import base64
 import json
-import unittest
 
 from testing import WorldTest, noise
 from world.demo import DemoWorld
-
-CHECK = "Check the address in Settings → Providers"
 
 
 class Search(WorldTest):
@@ -28,7 +25,8 @@ class Search(WorldTest):
         return table
 
     def test_results_are_merged_and_every_provider_is_told(self) -> None:
-        gone = f"Gone failed: Gone unreachable at 127.0.0.1. {CHECK}"
+        gone = ("Gone failed: Gone unreachable at 127.0.0.1. "
+                "Check the address in Settings → Providers")
         table = self.assert_ends("DEMO film", 0, ["ApiBay: 4 results", gone, "Indexers: 4 results",
                                                   "Vidarium: 1 result", "YTS: 4 results"])
         found = [[cell.strip() for cell in line.split("  ") if cell.strip()]
@@ -59,7 +57,3 @@ class Search(WorldTest):
                                         encoding="utf-8")
             self.assertEqual(self.assert_ends("demo", 1, lines, complaint), "")
         self.assertEqual(len(self.world.requests()), 1)
-
-
-if __name__ == "__main__":
-    unittest.main()

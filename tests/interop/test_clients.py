@@ -3,7 +3,6 @@ import json
 import signal
 import subprocess
 import time
-import unittest
 from pathlib import Path
 
 from testing import WorldTest, noise
@@ -103,7 +102,3 @@ class Leechers(WorldTest):
     def test_aria2_gets_right_pieces_under_the_limit(self) -> None:
         """Slow: the limit on what it gets must show."""
         self.leech(Aria2)
-
-
-if __name__ == "__main__":
-    unittest.main()
