@@ -15,11 +15,7 @@ TorrentResult titled(const char* text) {
 }
 
 TEST(TorrentResult, ReadsQualityAndFormatFromTheTitle) {
-  struct Case {
-    const char* title;
-    const char* quality;
-    const char* format;
-  };
+  using Case = std::array<const char*, 3>;
   for (const auto& [title, quality, format] :
        {Case{"A 720p 1080p MP4 mkv", "1080p", "mkv"}, Case{"B 4K WebM", "2160p", "webm"},
         Case{"C x2160P", "2160p", "—"}, Case{"D.DVDRip.avi", "SD", "avi"},
@@ -45,11 +41,7 @@ TEST(QualityPicker, TakesTheNearestRungThenTheLowerThenTheMostSeeded) {
                                       {"4K", 2160},
                                       {"p", 0}})
     EXPECT_EQ(QualityPicker::rank(QLatin1String(label)).value_or(0), height) << label;
-  struct Case {
-    const char* preferred;
-    std::vector<const char*> offered;
-    int expected; // index, -1 for nothing
-  };
+  using Case = std::tuple<const char*, std::vector<const char*>, int>; // the index, -1 for nothing
   for (const auto& [preferred, offered, expected] :
        {Case{"1080p", {"720p", "1080p", "2160p"}, 1}, Case{"1080p", {"2160p", "720p"}, 1},
         Case{"2160p", {"480p", "720p"}, 1}, Case{"480p", {"720p", "2160p", "480p"}, 2},
