@@ -1,6 +1,7 @@
 // A stream server, a torrent in memory behind it, and readers on loopback sockets.
 #pragma once
 #include "base/IoPool.h"
+#include "streaming/ExtractFile.h"
 #include "streaming/LocalStreamServer.h"
 #include "world/HttpReader.h"
 #include "world/MemorySource.h"
@@ -12,7 +13,8 @@ namespace vellum::test {
 
 using namespace world;
 
-// A text, the film, an empty video. That the pool can end is a part of every test.
+// A text, the film, an empty video, one of a byte, a file that is never there. That the pool can
+// end is a part of every test.
 struct StreamWorld : testing::Test {
   static constexpr std::int64_t kBefore = 300'000;
   static constexpr std::int64_t kFilm = 16'000'000;
@@ -46,10 +48,12 @@ struct StreamWorld : testing::Test {
 
   IoPool pool;
   std::shared_ptr<MemorySource> source = std::make_shared<MemorySource>(
-      pool.makeStrand(), pseudoRandomBytes(kBefore + kFilm, 7),
+      pool.makeStrand(), pseudoRandomBytes(kBefore + kFilm + 1, 7),
       std::vector<TorrentFileEntry>{{QStringLiteral("Film/about.txt"), kBefore},
                                     {QStringLiteral("Film/film.mp4"), kFilm},
-                                    {QStringLiteral("Film/empty.mkv"), 0}});
+                                    {QStringLiteral("Film/empty.mkv"), 0},
+                                    {QStringLiteral("Film/one.ts"), 1},
+                                    {QStringLiteral("Film/large.srt"), kExtractLimit}});
   std::unique_ptr<LocalStreamServer> server = std::make_unique<LocalStreamServer>(pool);
   QUrl url;
 };

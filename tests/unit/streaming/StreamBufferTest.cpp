@@ -8,11 +8,13 @@
 namespace vellum {
 namespace {
 
+constexpr std::int64_t kMiB = 0x100000;
+
 StreamBuffer reference() {
   StreamBuffer buffer;
   buffer.fileOffset = 5500000;
-  buffer.fileLength = 0x6400000;
-  buffer.pieceLength = 0x100000;
+  buffer.fileLength = 100 * kMiB;
+  buffer.pieceLength = kMiB;
   buffer.pieceCount = 120;
   return buffer;
 }
@@ -33,8 +35,8 @@ std::vector<std::int64_t> naiveOrder(const StreamBuffer& buffer) {
     for (auto piece = (buffer.fileOffset + low) / buffer.pieceLength; piece <= last; ++piece)
       add(piece);
   };
-  addBytes(buffer.playhead, 0x800000);
-  addBytes(std::max<std::int64_t>(buffer.fileLength - 0x300000, 0), 0x300000);
+  addBytes(buffer.playhead, 8 * kMiB);
+  addBytes(std::max<std::int64_t>(buffer.fileLength - 3 * kMiB, 0), 3 * kMiB);
   for (const auto piece : expand(buffer.extraPieces)) add(piece);
   addBytes(buffer.playhead, buffer.fileLength - buffer.playhead);
   addBytes(0, buffer.fileLength);
@@ -43,46 +45,44 @@ std::vector<std::int64_t> naiveOrder(const StreamBuffer& buffer) {
 
 TEST(StreamBuffer, RunsExpandToTheOrderOfTheFiveLists) {
   std::mt19937_64 random(3);
-  const std::int64_t lengths[] = {0, 1, 100'000, 0x300000, 0x600000, 0x800001, 40'000'000};
+  const std::int64_t lengths[] = {0, 1, 100'000, 3 * kMiB, 6 * kMiB, 8 * kMiB + 1, 40'000'000};
+  const auto below = [&](std::int64_t end) {
+    return static_cast<std::int64_t>(random() % static_cast<std::uint64_t>(end));
+  };
   for (int round = 0; round < 3000; ++round) {
     StreamBuffer buffer;
-    buffer.pieceLength = std::int64_t{16384} << random() % 8;
-    buffer.fileLength = lengths[random() % std::size(lengths)];
-    buffer.fileOffset = static_cast<std::int64_t>(random() % 5'000'000);
-    buffer.pieceCount =
-        (buffer.fileOffset + buffer.fileLength + 3'000'000) / buffer.pieceLength + 1;
-    for (auto extras = random() % 6; extras > 0; --extras) {
-      const auto first =
-          static_cast<std::int64_t>(random() % static_cast<std::uint64_t>(buffer.pieceCount));
-      const auto last = first + static_cast<std::int64_t>(random() % 4);
-      buffer.extraPieces.push_back({first, std::min(last, buffer.pieceCount - 1)});
+    buffer.pieceLength = std::int64_t{16384} << below(8);
+    buffer.fileLength = lengths[below(std::ssize(lengths))];
+    buffer.fileOffset = below(5'000'000);
+    const std::int64_t end = buffer.fileOffset + buffer.fileLength;
+    buffer.pieceCount = (end + below(3'000'000)) / buffer.pieceLength + 1;
+    for (auto extras = below(6); extras > 0; --extras) {
+      const auto first = below(buffer.pieceCount);
+      buffer.extraPieces.push_back({first, std::min(first + below(4), buffer.pieceCount - 1)});
     }
-    buffer.playhead = buffer.clamped(static_cast<std::int64_t>(random() % 50'000'000));
-    ASSERT_EQ(expand(buffer.priorityOrder()), naiveOrder(buffer)) << "round " << round;
+    buffer.playhead = buffer.clamped(below(50'000'000));
+    const PieceOrder order = buffer.priorityOrder();
+    ASSERT_EQ(expand(order), naiveOrder(buffer)) << "round " << round;
+    for (std::size_t i = 1; i < order.size(); ++i)
+      ASSERT_NE(order[i - 1].last + 1, order[i].first) << "runs that are one, round " << round;
   }
 }
 
-TEST(StreamBuffer, TheReferenceCase) {
-  StreamBuffer buffer = reference();
-  EXPECT_EQ(buffer.pieces(0, 0x800000), (PieceRun{5, 13}));
-  EXPECT_EQ(buffer.pieces(0x6100000, 0x300000), (PieceRun{102, 105}));
-  EXPECT_EQ(buffer.priorityOrder(), (PieceOrder{{5, 13}, {102, 105}, {14, 101}}));
-  buffer.playhead = 0x3c00000;
-  EXPECT_EQ(buffer.priorityOrder(), (PieceOrder{{65, 73}, {102, 105}, {74, 101}, {5, 64}}));
-}
-
 TEST(StreamBuffer, PiecesOfHostileRangesStayInTheFile) {
-  const StreamBuffer buffer = reference();
+  StreamBuffer buffer = reference();
   constexpr auto most = std::numeric_limits<std::int64_t>::max();
   EXPECT_TRUE(buffer.pieces(0, 0).empty());
   EXPECT_TRUE(buffer.pieces(0, -5).empty());
   EXPECT_EQ(buffer.pieces(most, most), (PieceRun{105, 105}));
   EXPECT_EQ(buffer.pieces(0, most), (PieceRun{5, 105}));
   EXPECT_EQ(buffer.pieces(-most, most), (PieceRun{5, 5}));
+  buffer.pieceCount = 100; // fewer than the file would need
+  EXPECT_EQ(buffer.pieces(0, most), (PieceRun{5, 99}));
 }
 
 TEST(StreamBuffer, ReadinessIsTheWindowAndTheTailAtThePlayhead) {
   StreamBuffer buffer = reference();
+  EXPECT_EQ(buffer.priorityOrder(), (PieceOrder{{5, 13}, {102, 105}, {14, 101}}));
   std::set<std::int64_t> had;
   const auto have = [&](std::int64_t piece) { return had.contains(piece); };
   EXPECT_EQ(buffer.progress(have), 0.0);
@@ -90,23 +90,25 @@ TEST(StreamBuffer, ReadinessIsTheWindowAndTheTailAtThePlayhead) {
   EXPECT_EQ(buffer.progress(have), 12.0 / 13.0);
   had.insert(105);
   EXPECT_EQ(buffer.progress(have), 1.0);
-  buffer.playhead = 0x3c00000;
+  buffer.playhead = 60 * kMiB;
   EXPECT_EQ(buffer.progress(have), 4.0 / 13.0);
+  EXPECT_EQ(buffer.priorityOrder(), (PieceOrder{{65, 73}, {102, 105}, {74, 101}, {5, 64}}));
   buffer.fileLength = 0;
   EXPECT_EQ(buffer.progress(have), 1.0) << "an empty file needs nothing";
 }
 
 TEST(StreamBuffer, ATailProbeIsNoSeek) {
-  StreamBuffer buffer = reference();
-  const std::int64_t tail = buffer.fileLength - 0x300000;
-  EXPECT_FALSE(buffer.isTailProbe(tail - 1));
-  EXPECT_TRUE(buffer.isTailProbe(tail));
-  buffer.fileLength = 0x600000;
-  EXPECT_FALSE(buffer.isTailProbe(0x5fffff));
-  buffer.fileLength = 0x600001;
-  EXPECT_TRUE(buffer.isTailProbe(0x600000));
-  EXPECT_EQ(buffer.clamped(-1), 0);
-  EXPECT_EQ(buffer.clamped(0x700000), 0x600000);
+  const std::tuple<std::int64_t, std::int64_t, bool> rows[] = {{100 * kMiB, 97 * kMiB - 1, false},
+                                                               {100 * kMiB, 97 * kMiB, true},
+                                                               {6 * kMiB, 6 * kMiB - 1, false},
+                                                               {6 * kMiB + 1, 6 * kMiB, true}};
+  for (const auto& [length, position, isProbe] : rows) {
+    StreamBuffer buffer = reference();
+    buffer.fileLength = length;
+    EXPECT_EQ(buffer.isTailProbe(position), isProbe) << position;
+    EXPECT_EQ(buffer.clamped(-1), 0);
+    EXPECT_EQ(buffer.clamped(200 * kMiB), length - 1);
+  }
 }
 
 } // namespace
