@@ -107,7 +107,7 @@ TEST_F(CacheManagerTest, MeasuresWhatIsReallyWrittenAndWhatIsFree) {
   EXPECT_EQ(CacheManager::directorySize(cache), manager->usedBytes());
 }
 
-TEST_F(CacheManagerTest, EnforcesAgeThenSizeAndTouchesNothingOutside) {
+TEST_F(CacheManagerTest, EnforcesAgeThenSizeAndClearsButTouchesNothingOutside) {
   file(cache, "old", 1000, 14 * kDay + 1);
   file(cache, "URLCache/data8/old", 1000, 15 * kDay);
   file(cache, "edge", 600'000, 14 * kDay);
@@ -128,17 +128,12 @@ TEST_F(CacheManagerTest, EnforcesAgeThenSizeAndTouchesNothingOutside) {
   EXPECT_EQ(manager->usedBytes(), 0);
   EXPECT_TRUE(QFileInfo(cache + text("/Torrents/streams/a")).isDir());
   EXPECT_TRUE(QFileInfo(cache + text("/film.mkv")).isSymLink()) << "links stay";
-  EXPECT_TRUE(QFile::exists(outside));
-}
 
-TEST_F(CacheManagerTest, ClearLeavesTheFolderOfTheHttpCacheAndWhatLinksLeadTo) {
-  file(cache, "Torrents/streams/a/payload.dat");
+  file(cache, "URLCache/data8/1/answer.d");
   file(cache, ".hidden");
-  const QString outside = linkOutside();
-  startManager();
-  file(cache, "URLCache/data8/1/kept.d");
+  file(cache, "Torrents/streams/a/payload.dat");
   clear();
-  EXPECT_TRUE(left(cache + text("/URLCache")).isEmpty());
+  EXPECT_TRUE(left(cache).isEmpty());
   EXPECT_EQ(
       QDir(cache).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot),
       QStringList{text("URLCache")});
@@ -185,11 +180,22 @@ TEST_F(CacheManagerTest, NeitherSavedFilmsNorRecordsAreTheCaches) {
 }
 
 TEST_F(CacheManagerTest, TheLimitsLeaveAPayloadInUseAndClearDoesNot) {
+  const QString free = file(cache, "Torrents/streams/b/payload.dat", 1000, kLongAgo);
   const QString used = file(cache, "Torrents/streams/a/payload.dat", 1000, kLongAgo);
-  file(cache, "Torrents/streams/b/payload.dat", 1000, kLongAgo);
+  const QString link = cache + text("/link"); // which is never opened
+  ASSERT_TRUE(QFile::link(free, link));
+  EXPECT_EQ(openForUse(link), -1);
   const int another = openForUse(used);
   const int user = openForUse(used); // as many as like
   ASSERT_TRUE(user >= 0 && another >= 0);
+  for (const auto& [path, isThere, isInUse] : {std::tuple{free, true, false},
+                                               {link, true, false},
+                                               {used, true, true},
+                                               {cache + text("/missing"), false, false}}) {
+    const RemovalRight right(path);
+    EXPECT_EQ(std::pair(right.isThere(), right.isInUse()), std::pair(isThere, isInUse))
+        << path.toStdString();
+  }
   startManager();
   EXPECT_EQ(left(cache), QStringList{text("Torrents/streams/a/payload.dat")});
   ::close(another);
@@ -199,25 +205,9 @@ TEST_F(CacheManagerTest, TheLimitsLeaveAPayloadInUseAndClearDoesNot) {
   EXPECT_FALSE(QFile::exists(used));
   EXPECT_EQ(::write(user, "x", 1), 1);
   ::close(user);
-}
-
-TEST_F(CacheManagerTest, TheRightToRemoveTellsWhatIsThereAndInUse) {
-  const QString plain = file(cache, "plain");
-  const QString link = cache + text("/link");
-  ASSERT_TRUE(QFile::link(plain, link)); // which is not opened
-  EXPECT_EQ(openForUse(link), -1);
-  const int user = openForUse(cache + text("/new/used"));
-  ASSERT_GE(user, 0);
-  EXPECT_TRUE(QFile::permissions(cache + text("/new/used")) & QFile::ReadOwner);
-  for (const auto& [name, isThere, isInUse] : {std::tuple{"/plain", true, false},
-                                               {"/link", true, false},
-                                               {"/new/used", true, true},
-                                               {"/missing", false, false}}) {
-    const RemovalRight right(cache + text(name));
-    EXPECT_EQ(right.isThere(), isThere) << name;
-    EXPECT_EQ(right.isInUse(), isInUse) << name;
-  }
-  ::close(user);
+  const int again = openForUse(used);
+  EXPECT_TRUE(QFile::permissions(used) & QFile::ReadOwner);
+  ::close(again);
 }
 
 // Whoever opens a payload at the moment of its removal gets a file that has its name.
