@@ -2,9 +2,13 @@
 #include "base/Random.h"
 #include "base/ReplaceFile.h"
 #include "base/Sha1.h"
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
+#include <csignal>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 namespace vellum {
 namespace {
@@ -68,6 +72,18 @@ TEST(ReplaceFile, WritesAllOrNothingAndHidesWhatIsPrivate) {
     EXPECT_EQ((file.permissions() & others) == 0, privacy == Privacy::OwnerOnly) << bytes;
   }
   EXPECT_FALSE(replaceFile(path + QStringLiteral("/below"), "x", Privacy::Everybody));
+
+  rlimit limit{};
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &limit), 0);
+  const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit full{64, limit.rlim_max}; // as a disk that takes so many bytes more
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &full), 0);
+  for (const int bytes : {65, 100'000}) // more than any buffer holds
+    EXPECT_FALSE(replaceFile(path, QByteArray(bytes, 'x'), Privacy::Everybody));
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+  std::signal(SIGXFSZ, oldHandler);
+  EXPECT_EQ(QFileInfo(path).size(), 3) << "the old file";
+  EXPECT_EQ(QFileInfo(path).dir().count(), 3U) << "and, with . and .., nothing left behind";
 }
 
 } // namespace
