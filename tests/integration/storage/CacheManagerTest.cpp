@@ -87,7 +87,6 @@ struct CacheManagerTest : testing::Test, world::MainThread {
 };
 
 TEST_F(CacheManagerTest, MeasuresWhatIsReallyWrittenAndWhatIsFree) {
-  EXPECT_EQ(CacheManager::directorySize(cache), 0);
   startManager();
   EXPECT_EQ(manager->usedBytes(), 0);
   EXPECT_TRUE(QFileInfo(manager->torrentDir()).isDir());
@@ -108,8 +107,7 @@ TEST_F(CacheManagerTest, MeasuresWhatIsReallyWrittenAndWhatIsFree) {
 }
 
 TEST_F(CacheManagerTest, EnforcesAgeThenSizeAndClearsButTouchesNothingOutside) {
-  file(cache, "old", 1000, 14 * kDay + 1);
-  file(cache, "URLCache/data8/old", 1000, 15 * kDay);
+  file(cache, "URLCache/data8/old", 1000, 14 * kDay + 1);
   file(cache, "edge", 600'000, 14 * kDay);
   file(cache, "Torrents/streams/a/payload.dat", 600'000, 2 * kDay);
   file(cache, "new", 300'000);
@@ -122,8 +120,6 @@ TEST_F(CacheManagerTest, EnforcesAgeThenSizeAndClearsButTouchesNothingOutside) {
   EXPECT_EQ(left(cache).size(), 3);
   enforce(1);
   EXPECT_EQ(left(cache), (QStringList{payload, text("new")}));
-  EXPECT_GE(manager->usedBytes(), 900'000);
-  EXPECT_LE(manager->usedBytes(), 1'048'576);
   enforce(std::numeric_limits<qint64>::min());
   EXPECT_EQ(manager->usedBytes(), 0);
   EXPECT_TRUE(QFileInfo(cache + text("/Torrents/streams/a")).isDir());
