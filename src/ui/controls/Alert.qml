@@ -12,6 +12,9 @@ T.Dialog {
     property var actions: [{ text: qsTr("OK"), role: "cancel" }]
     property string message
     property int answer: -1
+    readonly property FocusReturn focusReturn: FocusReturn {
+        popup: alert
+    }
 
     signal chosen(int index)
 

@@ -7,6 +7,9 @@ import Vellum.Theme
 T.Menu {
     id: menu
 
+    readonly property FocusReturn focusReturn: FocusReturn {
+        popup: menu
+    }
     // As wide as its widest entry, within reason.
     readonly property int widest: {
         let found = Theme.menuWidth;

@@ -9,6 +9,9 @@ T.Dialog {
 
     default property alias content: body.data
     property bool titleShown: true // where the content does not tell it itself
+    readonly property FocusReturn focusReturn: FocusReturn {
+        popup: sheet
+    }
 
     anchors.centerIn: T.Overlay.overlay
     focus: true
