@@ -1,166 +1,139 @@
 #include "platform/Programs.h"
 #include "platform/ChildProcess.h"
+#include "platform/linux/DesktopEntry.h"
 #include "world/MainThread.h"
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
-#include <fcntl.h>
+#include <csignal>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace vellum::test {
 
 using namespace world;
 namespace {
 
-using platform::ChildProcess;
-
 // A machine with nothing installed but what the test puts there.
 struct ProgramsTest : ::testing::Test, MainThread {
   ProgramsTest() {
-    for (const char* folder : {"bin", "data/applications", "config", "none"})
-      QDir(root.path()).mkpath(QLatin1String(folder));
-    set("PATH", "bin", ":/usr/bin:/bin");
-    set("XDG_DATA_HOME", "data");
-    set("XDG_DATA_DIRS", "none");
-    set("XDG_CONFIG_HOME", "config");
-    set("XDG_CONFIG_DIRS", "none");
-  }
-  ~ProgramsTest() override {
-    for (const auto& [name, value] : before) qputenv(name, value);
-  }
-  void set(const char* name, const char* folder, const char* rest = "") {
-    before.emplace_back(name, qgetenv(name));
-    qputenv(name, path(folder).toUtf8() + rest);
+    for (const char* name :
+         {"XDG_DATA_HOME", "XDG_DATA_DIRS", "XDG_CONFIG_HOME", "XDG_CONFIG_DIRS"})
+      qputenv(name, path(name).toUtf8());
+    qputenv("PATH", path("bin").toUtf8() + ":/usr/bin:/bin");
   }
   QString path(const char* name) const { return root.filePath(QLatin1String(name)); }
-  void write(const char* name, const QByteArray& text, bool isProgram = false) {
+  QString write(const char* name, const QByteArray& text) {
     QFile file(path(name));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(text);
-    file.close();
-    if (isProgram) file.setPermissions(file.permissions() | QFile::ExeOwner | QFile::ExeUser);
+    QDir().mkpath(QFileInfo(file).path());
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(text) == text.size());
+    return file.fileName();
   }
-  // Records its arguments and what it has inherited, says its number, and goes on for a minute.
-  void writePlayer(const char* name, const char* end = "exec sleep 60") {
-    write(name,
-          "#!/bin/sh\nout=\"$(dirname \"$0\")/record\"\n{ printf '<%s>\\n' \"$@\"\n"
-          "for fd in /proc/$$/fd/*; do printf 'fd %s %s\\n' \"${fd##*/}\" \"$(readlink \"$fd\")\"\n"
-          "done; } >\"$out.new\"\necho $$ >\"$out.pid\"\nmv \"$out.new\" \"$out\"\n" +
-              QByteArray(end) + "\n",
-          true);
+  // Writes down its number, its arguments and what it has inherited.
+  QString program(const char* name, const QByteArray& then = "exit 3") {
+    const QString made =
+        write(name, "#!/bin/sh\n{ echo $$; printf '<%s>' \"$@\"; ls -l /proc/$$/fd\n"
+                    "} >\"$0.new\"\nmv \"$0.new\" \"$0.said\"\n" +
+                        then + '\n');
+    QFile::setPermissions(made, QFile::ReadOwner | QFile::ExeOwner);
+    return made;
   }
-  QByteArray record() {
-    EXPECT_TRUE(turnUntil([&] { return QFile::exists(path("bin/record")); }));
-    QFile file(path("bin/record"));
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-    return file.readAll();
+  // What it has written; once.
+  std::string said(const char* name) {
+    QFile file(path(name) + QStringLiteral(".said"));
+    EXPECT_TRUE(turnUntil([&] { return file.exists(); }) && file.open(QIODevice::ReadOnly));
+    number = file.readLine().toInt();
+    const std::string rest = file.readAll().toStdString();
+    file.remove();
+    return rest;
   }
-  // The number of the player that ran last; its record is taken away.
-  pid_t pid() {
-    record();
-    QFile file(path("bin/record.pid"));
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-    QFile::remove(path("bin/record"));
-    return file.readAll().trimmed().toInt();
-  }
-  static bool isThere(pid_t pid) { return kill(pid, 0) == 0; } // also as a zombie
+  bool isThere(pid_t pid) { return kill(pid, 0) == 0; } // also as a zombie
 
   QTemporaryDir root;
-  std::vector<std::pair<const char*, QByteArray>> before;
+  pid_t number = 0; // of the program that has said something last
   const QUrl address{QStringLiteral("http://127.0.0.1:4000/a%20b'%24(c)/Film;x.mkv?t=1")};
+  const std::string shown = '<' + address.toEncoded().toStdString() + '>';
 };
 
-TEST_F(ProgramsTest, AChildGetsItsArgumentsAndNothingElseOfOurs) {
-  writePlayer("bin/mpv");
-  const int ours = open(path("config").toUtf8().constData(), O_RDONLY); // say, of a swarm
-  ASSERT_GE(ours, 3);
-  ChildProcess child;
-  EXPECT_EQ(platform::findProgram(QStringLiteral("mpv")), path("bin/mpv"));
-  ASSERT_TRUE(child.launch(path("bin/mpv"),
-                           {QStringLiteral("--force-window=yes"),
-                            QString::fromLatin1(address.toEncoded()), QStringLiteral("ü \"'")}));
-  const QByteArray seen = record();
-  close(ours);
-  EXPECT_TRUE(
-      seen.startsWith("<--force-window=yes>\n"
-                      "<http://127.0.0.1:4000/a%20b'%24(c)/Film;x.mkv?t=1>\n<ü \"'>\nfd 0 "))
-      << seen.toStdString();
-  for (const char* inherited : {"/config", "socket:", "eventfd"})
-    EXPECT_FALSE(seen.contains(inherited)) << seen.toStdString();
-  child.terminate();
-  const pid_t number = pid();
-  EXPECT_TRUE(turnUntil([&] { return !child.isRunning() && !isThere(number); }))
-      << "a zombie stays";
-}
-
-TEST_F(ProgramsTest, OnlyTerminateEndsAChild) {
-  writePlayer("bin/mpv");
-  auto child = std::make_unique<ChildProcess>();
-  ASSERT_TRUE(child->launch(path("bin/mpv"), {}));
-  const pid_t first = pid();
-  ASSERT_TRUE(child->launch(path("bin/mpv"), {}));
-  const pid_t second = pid();
+TEST_F(ProgramsTest, AChildGetsItsArgumentsNothingElseOfOursAndEndsWhenItShallOnly) {
+  QFile ours(write("ours", "say, of a swarm"));
+  ASSERT_TRUE(ours.open(QIODevice::ReadOnly));
+  auto child = std::make_unique<platform::ChildProcess>();
+  child->terminate(); // there is none
+  for (const QString& no : {path("bin/none"), write("bin/text", "no program"), path("bin")})
+    EXPECT_FALSE(platform::isExecutable(no) || child->launch(no, {})) << no.toStdString();
+  const QString mpv = program("bin/mpv", "exec sleep 60");
+  EXPECT_EQ(platform::findProgram(QStringLiteral("mpv")), mpv);
+  ASSERT_TRUE(
+      child->launch(mpv, {QString::fromLatin1(address.toEncoded()), QStringLiteral("ü \"'")}));
+  const std::string seen = said("bin/mpv");
+  EXPECT_TRUE(seen.starts_with(shown + "<ü \"'>total 0\n")) << seen;
+  for (const char* inherited : {"/ours", "socket:", "eventfd"})
+    EXPECT_EQ(seen.find(inherited), std::string::npos) << seen;
+  const pid_t first = number;
+  ASSERT_TRUE(child->launch(mpv, {}));
+  said("bin/mpv");
   child->terminate();
-  EXPECT_TRUE(turnUntil([&] { return !isThere(second); }));
-  EXPECT_TRUE(isThere(first));
+  EXPECT_TRUE(turnUntil([&] { return !child->isRunning() && !isThere(number); })) << "a zombie";
   child.reset();
   EXPECT_TRUE(isThere(first));
   kill(first, SIGTERM);
   EXPECT_TRUE(turnUntil([&] { return !isThere(first); })); // reaped though nobody knows it
 }
 
-TEST_F(ProgramsTest, AChildThatEndedByItselfIsNoTrouble) {
-  ChildProcess child;
-  child.terminate();
-  EXPECT_FALSE(child.launch(path("bin/none"), {}));
-  write("bin/text", "no program");
-  EXPECT_FALSE(platform::isExecutable(path("bin/text")));
-  EXPECT_FALSE(platform::isExecutable(path("bin")));
-  EXPECT_FALSE(child.launch(path("bin/text"), {}));
-  writePlayer("bin/brief", "exit 3");
-  EXPECT_TRUE(platform::isExecutable(path("bin/brief")));
-  ASSERT_TRUE(child.launch(path("bin/brief"), {}));
-  EXPECT_TRUE(turnUntil([&] { return !child.isRunning(); }));
-  child.terminate();
-  EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "no child is left to be waited for";
-}
-
-TEST_F(ProgramsTest, VlcIsFoundInTheRegistryOrOnThePath) {
-  const QByteArray opened = '<' + address.toEncoded() + ">\n";
-  EXPECT_FALSE(platform::openInVlc(address));
-  write("data/applications/org.videolan.VLC.desktop",
-        "[Desktop Entry]\nExec=registered --started-from-file %U\n");
-  writePlayer("bin/registered", "exit");
+TEST_F(ProgramsTest, LinksGoToTheProgramThatTheUserChoseAndFilmsToVlc) {
+  const QString magnet = QStringLiteral("magnet:?xt=urn:btih:00&dn=a%20b");
+  EXPECT_FALSE(platform::openInVlc(address) || platform::openWithDesktop(magnet));
+  program("bin/vlc");
+  ASSERT_TRUE(platform::openInVlc(address));
+  EXPECT_TRUE(said("bin/vlc").starts_with(shown));
+  program("bin/client");
+  const auto entry = [&](const char* name, const QByteArray& exec) {
+    write(name, "[Desktop Entry]\nExec=" + exec + '\n');
+  };
+  entry("XDG_DATA_HOME/applications/org.videolan.VLC.desktop", "client --file %U");
   EXPECT_FALSE(platform::openInVlc(QUrl(QStringLiteral("file:///etc/passwd"))));
   ASSERT_TRUE(platform::openInVlc(address));
-  EXPECT_TRUE(record().startsWith("<--started-from-file>\n" + opened));
-  pid();
-  QFile::remove(path("data/applications/org.videolan.VLC.desktop"));
-  writePlayer("bin/vlc", "exit");
-  ASSERT_TRUE(platform::openInVlc(address));
-  EXPECT_TRUE(record().startsWith(opened));
+  EXPECT_TRUE(said("bin/client").starts_with("<--file>" + shown));
+
+  entry("XDG_DATA_HOME/applications/client.desktop", "client --add %u");
+  entry("XDG_DATA_HOME/applications/vellum.desktop", "true %u");
+  write("XDG_DATA_HOME/applications/mimeinfo.cache",
+        "[MIME Cache]\nx-scheme-handler/magnet=other.desktop;\n"
+        "application/x-bittorrent=client.desktop;\n");
+  EXPECT_FALSE(platform::openWithDesktop(magnet)); // the other one is not installed
+  write("XDG_CONFIG_HOME/mimeapps.list",
+        "[Added Associations]\nx-scheme-handler/magnet=vlc.desktop;\n[Default Applications]\n"
+        "x-scheme-handler/magnet=gone.desktop;vellum.desktop;client.desktop\n");
+  for (const QString& link : {magnet, QStringLiteral("/a b.torrent")}) {
+    ASSERT_TRUE(platform::openWithDesktop(link));
+    EXPECT_TRUE(said("bin/client").starts_with("<--add><" + link.toStdString() + '>'));
+  }
+  EXPECT_FALSE(platform::openWithDesktop(QStringLiteral("--option")));
 }
 
-TEST_F(ProgramsTest, LinksGoToTheProgramThatTheUserChose) {
-  const QString magnet = QStringLiteral("magnet:?xt=urn:btih:00&dn=a%20b");
-  EXPECT_FALSE(platform::openWithDesktop(magnet));
-  writePlayer("bin/client", "exit");
-  write("data/applications/client.desktop", "[Desktop Entry]\nExec=client --add %u\n");
-  write("data/applications/mimeinfo.cache", "[MIME Cache]\nx-scheme-handler/magnet=other.desktop;\n"
-                                            "application/x-bittorrent=client.desktop;\n");
-  EXPECT_FALSE(platform::openWithDesktop(magnet)); // the other one is not installed
-  write("data/applications/vellum.desktop", "[Desktop Entry]\nExec=true %u\n");
-  write("config/mimeapps.list",
-        "[Default "
-        "Applications]\nx-scheme-handler/magnet=gone.desktop;vellum.desktop;client.desktop\n");
-  ASSERT_TRUE(platform::openWithDesktop(magnet));
-  EXPECT_TRUE(record().startsWith("<--add>\n<magnet:?xt=urn:btih:00&dn=a%20b>\n"));
-  pid();
-  ASSERT_TRUE(platform::openWithDesktop(QStringLiteral("/a b.torrent")));
-  EXPECT_TRUE(record().startsWith("<--add>\n</a b.torrent>\n"));
-  EXPECT_FALSE(platform::openWithDesktop(QStringLiteral("--option")));
+TEST(DesktopEntry, PutsTheAddressIntoTheCommandAsOneArgument) {
+  const QString address = QStringLiteral("http://127.0.0.1:1/a b;$(x)%U.mkv");
+  const auto with = [&](const QByteArray& exec) {
+    const auto made = desktopEntry::command(
+        "[Desktop Entry]\nName=V\nExec = " + exec + "\n[Desktop Action x]\nExec=no\n", address);
+    return made.value_or(QStringList())
+        .join(u'|')
+        .replace(address, QStringLiteral("@"))
+        .toStdString();
+  };
+  const std::pair<const char*, const char*> cases[] = {
+      {"/usr/bin/vlc --started-from-file %U", "/usr/bin/vlc|--started-from-file|@"},
+      {"vlc", "vlc|@"},
+      {"\"/opt/my vlc\" %i %c %f", "/opt/my vlc|@"},
+      {"flatpak run org.v @@u %u @@", "flatpak|run|org.v|@@u|@|@@"},
+      {"vlc 100%% %", "vlc|100%|%|@"},
+      {"vlc\nHidden=true", ""},
+      {"", ""},
+      {"%U", ""},
+      {"%i", ""},
+      {"\"\"", ""}};
+  for (const auto& [exec, expected] : cases) EXPECT_EQ(with(exec), expected) << exec;
+  EXPECT_FALSE(desktopEntry::command("[Other]\nExec=vlc\n", address));
 }
 
 } // namespace

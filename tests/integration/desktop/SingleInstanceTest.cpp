@@ -1,138 +1,170 @@
 #include "desktop/SingleInstance.h"
-#include "StartedProgram.h"
 #include "desktop/linux/HandoverMessage.h"
 #include "desktop/linux/MeetingPlace.h"
+#include "world/MainThread.h"
 #include <QDir>
+#include <QEventLoop>
 #include <QLocalSocket>
 #include <QTemporaryDir>
+#include <future>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace vellum::test {
+
+using namespace world;
 namespace {
 
+using handover::Arrival;
 using Start = SingleInstance::Start;
+using namespace std::chrono_literals;
 const QString kMagnet = QStringLiteral("magnet:?xt=urn:btih:00");
+const QString kLongest(handover::kLargest - 1, u'a'); // of one link
+
+TEST(HandoverMessage, ArrivesWholeHoweverItIsCutAndIsBounded) {
+  for (const QStringList& sent :
+       {QStringList{kMagnet, QStringLiteral("/tmp/Ünï.torrent")}, QStringList()}) {
+    const QByteArray bytes = handover::encode(sent).value();
+    for (qsizetype cut = 0; cut < bytes.size(); ++cut)
+      EXPECT_EQ(handover::arrival(bytes.first(cut)), Arrival::Incomplete) << cut;
+    ASSERT_EQ(handover::arrival(bytes), Arrival::Complete);
+    EXPECT_EQ(handover::decode(bytes), sent);
+    EXPECT_EQ(handover::arrival(bytes + 'x'), Arrival::Wrong);
+  }
+  EXPECT_EQ(handover::arrival(handover::encode({kLongest}).value()), Arrival::Complete);
+  EXPECT_FALSE(handover::encode({kLongest, QStringLiteral("b")}));
+  EXPECT_EQ(handover::arrival(QByteArray("\x00\x01\x00\x00", 4)), Arrival::Incomplete);
+  EXPECT_EQ(handover::arrival(QByteArray("\x00\x01\x00\x01", 4)), Arrival::Wrong);
+  EXPECT_EQ(handover::arrival(QByteArray("\xff\xff\xff\xff", 4)), Arrival::Wrong);
+  EXPECT_EQ(handover::arrival(QByteArray("\x00\x00\x00\x01z", 5)), Arrival::Wrong); // no end
+}
 
 struct SingleInstanceTest : ::testing::Test, MainThread {
-  SingleInstance::Settings settings(std::chrono::milliseconds patience = std::chrono::seconds(20)) {
-    return {folder, patience};
+  // The running one, on this thread, with what others hand over to it.
+  std::unique_ptr<SingleInstance> first(std::chrono::milliseconds patience = 20s) {
+    auto made = std::make_unique<SingleInstance>(SingleInstance::Settings{folder, patience});
+    QObject::connect(made.get(), &SingleInstance::opened, &app,
+                     [&](const QStringList& links) { opened += links; });
+    EXPECT_EQ(made->start({kMagnet}), Start::First);
+    return made;
   }
-  // A start in a process of its own, which ends with the test at the latest.
-  StartedProgram& process(const QStringList& links = {}) {
-    const QStringList command{QStringLiteral(TEST_START), folder};
-    return *processes.emplace_back(std::make_unique<StartedProgram>(command + links));
+  // Another start, on a thread: to lock and socket it is as good as another process.
+  Start another(const QStringList& links) {
+    auto start = std::async(std::launch::async, [&] {
+      return SingleInstance({folder, 20s}).start(links);
+    });
+    EXPECT_TRUE(turnUntil([&] { return start.wait_for(0s) == std::future_status::ready; }));
+    return start.get();
+  }
+  static unsigned mode(const QString& path) {
+    struct stat found {};
+    EXPECT_EQ(stat(path.toUtf8().constData(), &found), 0);
+    return found.st_mode & 0777;
   }
 
   QTemporaryDir root;
-  QString folder = root.filePath(QStringLiteral("run"));
-  std::vector<std::unique_ptr<StartedProgram>> processes;
+  QString folder = root.filePath(QStringLiteral("made/run"));
+  QList<QStringList> opened;
 };
 
-TEST_F(SingleInstanceTest, ASecondStartHandsItsLinksOver) {
-  StartedProgram& first = process({kMagnet});
-  ASSERT_EQ(first.line(), "first");
-  StartedProgram& second = process({kMagnet, QStringLiteral("/tmp/ä b.torrent")});
-  EXPECT_EQ(second.line(), "over");
-  EXPECT_EQ(first.line(), "opened " + kMagnet.toUtf8() + " /tmp/ä b.torrent");
-  EXPECT_EQ(process().line(), "over");
-  EXPECT_EQ(first.line(), "opened "); // nothing but itself
-  struct stat found {};
-  ASSERT_EQ(stat(folder.toUtf8().constData(), &found), 0);
-  EXPECT_EQ(found.st_mode & 0777, 0700U);
-}
-
-TEST_F(SingleInstanceTest, WhatACrashLeftBehindIsTakenOver) {
-  StartedProgram& first = process();
-  ASSERT_EQ(first.line(), "first");
-  first.end(SIGKILL);
-  ASSERT_TRUE(QFile::exists(meetingSocket(folder)));
-  StartedProgram& second = process();
-  EXPECT_EQ(second.line(), "first");
-  EXPECT_EQ(process({kMagnet}).line(), "over");
-  EXPECT_EQ(second.line(), "opened " + kMagnet.toUtf8());
+TEST_F(SingleInstanceTest, ASecondStartHandsItsLinksOverAndTheNextOneTakesThePlace) {
+  auto running = first();
+  const QList<QStringList> links{{kMagnet, QStringLiteral("/tmp/ä b.torrent")}, {}, {kLongest}};
+  for (const QStringList& some : links) EXPECT_EQ(another(some), Start::HandedOver);
+  EXPECT_EQ(opened, links);
+  EXPECT_EQ(mode(folder), 0700U);
+  EXPECT_EQ(mode(folder + QStringLiteral("/lock")), 0600U);
+  running.reset();
+  QFile left(meetingSocket(folder)); // by a crash
+  ASSERT_TRUE(left.open(QIODevice::WriteOnly));
+  running = first();
+  EXPECT_EQ(another({kMagnet}), Start::HandedOver);
 }
 
 TEST_F(SingleInstanceTest, OfManyStartsAtOneMomentOneStays) {
-  for (int round = 0; round < 3; ++round) {
-    for (int i = 0; i < 6; ++i) process({kMagnet});
-    std::map<QByteArray, int> count;
-    StartedProgram* running = nullptr;
-    for (const auto& started : processes) {
-      const QByteArray said = started->line();
-      ++count[said];
-      if (said == "first") running = started.get();
-    }
-    EXPECT_EQ(count, (std::map<QByteArray, int>{{"first", 1}, {"over", 5}})) << round;
-    ASSERT_NE(running, nullptr);
-    for (int i = 0; i < 5; ++i) EXPECT_EQ(running->line(), "opened " + kMagnet.toUtf8());
-    // The next round finds either nothing or what a crash left.
-    running->closeInput();
-    running->end(round == 0 ? SIGKILL : 0);
-    processes.clear();
+  for (int round = 0; round < 5; ++round) {
+    std::atomic<int> over = 0, taken = 0;
+    const auto start = [&] {
+      QEventLoop loop;
+      SingleInstance instance({folder, 20s});
+      QObject::connect(&instance, &SingleInstance::opened, [&] { ++taken; });
+      if (instance.start({kMagnet}) == Start::HandedOver) return void(++over);
+      while (over < 5) loop.processEvents(QEventLoop::AllEvents, 5);
+    };
+    std::vector<std::thread> starts;
+    for (int i = 0; i < 6; ++i) starts.emplace_back(start);
+    for (std::thread& each : starts) each.join();
+    EXPECT_EQ(taken, 5) << round;
   }
 }
 
 TEST_F(SingleInstanceTest, BadVisitorsDisturbNobody) {
-  SingleInstance running(settings(std::chrono::milliseconds(300)));
-  ASSERT_EQ(running.start({}), Start::First);
-  QList<QStringList> opened;
-  QObject::connect(&running, &SingleInstance::opened, &app,
-                   [&](const QStringList& links) { opened += links; });
+  const auto running = first(500ms);
   const QByteArray good = handover::encode({kMagnet}).value();
-  const QByteArray bad[] = {{},
+  const QByteArray bad[] = {{}, // not a word
                             good.first(9),
                             QByteArray(4, '\xff'),
                             good + "more",
                             QByteArray("\x00\x01\x00\x00", 4) + QByteArray(300'000, 'x')};
-  std::vector<std::unique_ptr<QLocalSocket>> visitors;
-  for (int i = 0; i < 20; ++i) { // more than are let in at a time
-    auto& visitor = *visitors.emplace_back(std::make_unique<QLocalSocket>());
-    visitor.connectToServer(meetingSocket(folder));
-    ASSERT_TRUE(visitor.waitForConnected());
-    visitor.write(bad[i % 5]);
+  for (const int kinds : {1, 5}) {
+    std::vector<std::unique_ptr<QLocalSocket>> visitors;
+    std::vector<int> gone;
+    for (int i = 0; i < 20; ++i) { // four more than are let in at a time
+      auto& visitor = *visitors.emplace_back(std::make_unique<QLocalSocket>());
+      QObject::connect(&visitor, &QLocalSocket::disconnected, [&gone, i] { gone.push_back(i); });
+      visitor.connectToServer(meetingSocket(folder));
+      ASSERT_TRUE(visitor.waitForConnected());
+      visitor.write(bad[i % kinds]);
+    }
+    EXPECT_TRUE(turnUntil([&] { return gone.size() == 20; }));
+    if (kinds > 1) continue;
+    gone.resize(5);
+    std::sort(gone.begin(), gone.end());
+    EXPECT_EQ(gone, (std::vector{0, 16, 17, 18, 19})); // at once the last, then the first
   }
-  const auto areGone = [&] {
-    return std::ranges::all_of(
-        visitors, [](auto& v) { return v->state() == QLocalSocket::UnconnectedState; });
-  };
-  EXPECT_TRUE(turnUntil(areGone)); // also those that say nothing
   EXPECT_TRUE(opened.isEmpty());
-  EXPECT_EQ(process({kMagnet}).line(), "over");
-  EXPECT_EQ(opened, QList<QStringList>{{kMagnet}});
+  EXPECT_EQ(another({kMagnet}), Start::HandedOver);
 }
 
 TEST_F(SingleInstanceTest, OneThatDoesNotAnswerIsNotWaitedForLong) {
-  SingleInstance running(settings());
-  ASSERT_EQ(running.start({}), Start::First);
-  // This thread cannot answer while the second one starts.
-  EXPECT_EQ(SingleInstance(settings(std::chrono::milliseconds(100))).start({kMagnet}),
-            Start::Unanswered);
-  EXPECT_EQ(SingleInstance(settings()).start({QString(70'000, u'x')}), Start::Unanswered);
+  SingleInstance hasty({folder, 100ms});
+  {
+    ProcessLock lock; // that nobody listens behind
+    ASSERT_EQ(lock.take(meetingPlace(folder).value()), ProcessLock::Result::Taken);
+    EXPECT_EQ(hasty.start({kMagnet}), Start::Unanswered);
+  }
+  const auto running = first();
+  EXPECT_EQ(hasty.start({kMagnet}), Start::Unanswered); // this thread cannot answer meanwhile
+  EXPECT_EQ(another({kLongest, kMagnet}), Start::Unanswered);
+  folder = meetingSocket(folder) + QStringLiteral("/below");
+  EXPECT_EQ(another({}), Start::First); // there is no place to look for one
 }
 
-TEST_F(SingleInstanceTest, LongAndForeignFolders) {
-  folder = root.filePath(QString(200, u'x'));
-  const QString shorter = meetingPlace(folder).value();
-  EXPECT_LT(meetingSocket(shorter).size(), 108);
-  EXPECT_NE(shorter, meetingPlace(folder + u'y').value());
-  QDir(meetingPlace(folder + u'y').value()).removeRecursively();
-  StartedProgram& first = process();
-  EXPECT_EQ(first.line(), "first");
-  EXPECT_EQ(process().line(), "over");
-  first.end(SIGKILL);
-  QDir(shorter).removeRecursively();
-
-  // A link that somebody has laid is not followed, and a folder that is open is closed.
+TEST_F(SingleInstanceTest, TheMeetingPlaceIsShortAndOursAlone) {
+  const auto open = [] { return QDir(QStringLiteral("/proc/self/fd")).entryList().size(); };
+  const auto before = open();
+  const QString longName = root.filePath(QString(200, u'x'));
+  const QString places[] = {meetingPlace(longName).value(), meetingPlace(longName + u'y').value()};
+  EXPECT_NE(places[0], places[1]);
+  for (const QString& place : places) {
+    EXPECT_LT(meetingSocket(place).size(), 108);
+    EXPECT_EQ(meetingPlace(place), place);
+    QDir(place).removeRecursively();
+  }
+  // One that is open is closed, one of somebody else refused, a link that somebody laid not
+  // followed.
+  ASSERT_TRUE(QDir(root.path()).mkdir(QStringLiteral("open")));
+  folder = root.filePath(QStringLiteral("open"));
+  chmod(folder.toUtf8().constData(), 0755);
+  EXPECT_TRUE(meetingPlace(folder));
+  EXPECT_EQ(mode(folder), 0700U);
+  const bool isChanged = chown(folder.toUtf8().constData(), 12345, 12345) == 0; // as root
+  EXPECT_FALSE(meetingPlace(isChanged ? folder : QStringLiteral("/usr")));
   const QString laid = root.filePath(QStringLiteral("laid"));
   ASSERT_TRUE(QFile::link(root.path(), laid));
   EXPECT_FALSE(meetingPlace(laid));
-  const QByteArray open = root.filePath(QStringLiteral("open")).toUtf8();
-  ASSERT_EQ(mkdir(open.constData(), 0755), 0);
-  EXPECT_TRUE(meetingPlace(QString::fromUtf8(open)));
-  struct stat found {};
-  ASSERT_EQ(stat(open.constData(), &found), 0);
-  EXPECT_EQ(found.st_mode & 0777, 0700U);
+  EXPECT_EQ(open(), before);
 }
 
 } // namespace
