@@ -150,12 +150,10 @@ TEST_F(FileTransferTest, GoesOnOnlyWhereTheServerStillHasTheSameFile) {
            Case{strong, "\"a\"", part("hole", "1-4/5"), "=whole"},
            Case{dated, date, part("hole", "1-4/*"), "=whole"},
            Case{weak, "", other, "=other"},
-           Case{strong, "\"a\"", other, "=other"},
            Case{strong, "\"a\"", ScriptedServer::reply(200, ""), "="},
            Case{strong, "\"a\"", refusal, "=other", other},
            Case{strong, "\"a\"", refusal, "HTTP 416", refusal},
            Case{strong, "\"a\"", part("ole", "2-4/5"), "=other", other},
-           Case{strong, "\"a\"", part("hole", "1-4/6"), "=other", other},
            Case{strong, "\"a\"", part("hol", "1-3/5"), "The server ended the transfer early"},
            Case{strong, "\"a\"", ScriptedServer::reply(404, "gone"), "HTTP 404"},
        }) {
@@ -234,30 +232,22 @@ TEST_F(FileTransferTest, ACancelledOneGoesWithoutAWordAndLeavesTheOthers) {
 
 // Some 60 megabytes pass: the looks at the disk are 16 MiB apart.
 TEST_F(FileTransferTest, ADiskThatFillsEndsTheTransferBeforeItIsFull) {
-  struct Case {
-    std::int64_t size;
-    bool hasRoom;
-    int looks;
-  };
   constexpr std::int64_t kBetween = 16 << 20;
-  for (const auto& [size, hasRoom, looks] :
-       {Case{kBetween - 1, false, 0}, Case{kBetween, false, 1}, Case{40 << 20, true, 2}}) {
-    ScriptedServer server([bytes = size](const QByteArray&) {
-      return ScriptedServer::reply(200, QByteArray(bytes, 'x'));
-    });
+  std::int64_t size = kBetween;
+  ScriptedServer server(
+      [&](const QByteArray&) { return ScriptedServer::reply(200, QByteArray(size, 'x')); });
+  EXPECT_EQ(ending(start(server.url())).size(), kBetween + 1U) << "nobody looks";
+  using Case = std::tuple<std::int64_t, bool, int>;
+  for (const auto& [bytes, hasRoom, looks] :
+       {Case{kBetween - 1, false, 0}, Case{40 << 20, true, 2}, Case{kBetween, false, 1}}) {
+    size = bytes;
     int looked = 0;
-    const auto look = [&, answer = hasRoom] {
-      ++looked;
-      return answer;
-    };
+    const auto look = [&, answer = hasRoom] { return ++looked > 0 && answer; };
     const std::string how = ending(start(server.url(), {}, 0, look));
-    EXPECT_EQ(how[0] == '=', looks != 1) << size;
-    if (looks == 1) EXPECT_EQ(how, "Not enough free disk space.");
+    EXPECT_EQ(looks == 1 ? how : how.substr(0, 1),
+              looks == 1 ? "Not enough free disk space." : "=");
     EXPECT_EQ(looked, looks) << size;
   }
-  ScriptedServer server(
-      [](const QByteArray&) { return ScriptedServer::reply(200, QByteArray(kBetween, 'x')); });
-  EXPECT_EQ(ending(start(server.url())).size(), kBetween + 1U) << "nobody looks";
   rlimit limit{};
   ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &limit), 0);
   const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);

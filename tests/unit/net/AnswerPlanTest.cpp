@@ -8,11 +8,7 @@ using Body = AnswerPlan::Body;
 constexpr auto kLargest = std::numeric_limits<std::int64_t>::max();
 
 TEST(AnswerPlanTest, APartCountsOnlyWhereTheFileEndsAndOfAFileAsLongAsBefore) {
-  struct Case {
-    AskedFrom asked;
-    const char* range;
-    AnswerPlan plan;
-  };
+  using Case = std::tuple<AskedFrom, const char*, AnswerPlan>;
   const AnswerPlan again{Body::AskAgain};
   const AnswerPlan unusable{Body::Unusable};
   for (const auto& [asked, range, plan] : {
@@ -46,11 +42,7 @@ TEST(AnswerPlanTest, APartCountsOnlyWhereTheFileEndsAndOfAFileAsLongAsBefore) {
 }
 
 TEST(AnswerPlanTest, TheStatusDecidesFirstThenTheEncoding) {
-  struct Case {
-    std::int64_t offset;
-    AnswerHead head;
-    AnswerPlan plan;
-  };
+  using Case = std::tuple<std::int64_t, AnswerHead, AnswerPlan>;
   for (const auto& [offset, head, plan] : {
            Case{0, {200, {}, {}, 7}, {Body::Replace, 7}},
            Case{0, {299, {}, "Identity", {}}, {Body::Replace, 0}},
@@ -68,9 +60,7 @@ TEST(AnswerPlanTest, TheStatusDecidesFirstThenTheEncoding) {
 TEST(AnswerPlanTest, OnlyAStrongValidatorHoldsAFileTogether) {
   const QByteArray changed = "Sun, 13 Sep 2020 12:26:40 GMT";
   const QByteArray secondLater = "Sun, 13 Sep 2020 12:26:41 GMT";
-  struct Case {
-    QByteArray etag, lastModified, date, validator;
-  };
+  using Case = std::tuple<QByteArray, QByteArray, QByteArray, QByteArray>;
   for (const auto& [etag, lastModified, date, validator] : {
            Case{"\"a\"", changed, secondLater, "\"a\""},
            Case{"\"\"", {}, {}, "\"\""},
