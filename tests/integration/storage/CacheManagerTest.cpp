@@ -14,6 +14,8 @@
 namespace vellum {
 namespace {
 
+using namespace std::string_view_literals;
+
 const QDateTime kNow = QDateTime::fromMSecsSinceEpoch(1'700'000'000'000, Qt::UTC);
 constexpr qint64 kDay = 86'400; // seconds
 constexpr qint64 kLongAgo = 400 * kDay;
@@ -93,8 +95,6 @@ TEST_F(CacheManagerTest, MeasuresWhatIsReallyWrittenAndWhatIsFree) {
   EXPECT_TRUE(QFileInfo(cache + text("/URLCache")).isDir());
   const auto free = static_cast<double>(QStorageInfo(home.path()).bytesAvailable());
   EXPECT_NEAR(static_cast<double>(manager->freeBytes()), free, 1e9);
-  EXPECT_GT(CacheManager::freeSpace(text("/no/such/folder")), 0);
-
   QFile sparse(file(cache, "Torrents/streams/key/payload.dat", 1'000'000));
   ASSERT_TRUE(sparse.open(QIODevice::ReadWrite) && sparse.resize(10'000'000'000));
   file(cache, ".hidden/.too", 300'000);
@@ -159,8 +159,7 @@ TEST_F(CacheManagerTest, NeitherSavedFilmsNorRecordsAreTheCaches) {
       const auto below = [&](const char* name) { return place.filePath(text(name)); };
       file(place.path(), "*");
       file(below(cachePath), "deep/*");
-      if (std::string_view(downloads) == "link")
-        EXPECT_TRUE(QFile::link(below("cache/deep"), below("link")));
+      if (downloads == "link"sv) EXPECT_TRUE(QFile::link(below("cache/deep"), below("link")));
       for (const char* folder : {downloads, cachePath, record}) file(below(folder), "*");
       file(below(cachePath), ours.c_str());
       file(below(cachePath), "URLCache/data8/x.d");
@@ -184,26 +183,22 @@ TEST_F(CacheManagerTest, TheLimitsLeaveAPayloadInUseAndClearDoesNot) {
   const int another = openForUse(used);
   const int user = openForUse(used); // as many as like
   ASSERT_TRUE(user >= 0 && another >= 0);
-  for (const auto& [path, isThere, isInUse] : {std::tuple{free, true, false},
-                                               {link, true, false},
-                                               {used, true, true},
-                                               {cache + text("/missing"), false, false}}) {
+  using Case = std::tuple<QString, bool, bool>;
+  for (const auto& [path, isThere, isInUse] :
+       {Case{free, true, false}, Case{link, true, false}, Case{used, true, true},
+        Case{cache + text("/missing"), false, false}}) {
     const RemovalRight right(path);
-    EXPECT_EQ(std::pair(right.isThere(), right.isInUse()), std::pair(isThere, isInUse))
-        << path.toStdString();
+    EXPECT_EQ(right.isThere(), isThere) << path.toStdString();
+    EXPECT_EQ(right.isInUse(), isInUse) << path.toStdString();
   }
   startManager();
-  EXPECT_EQ(left(cache), QStringList{text("Torrents/streams/a/payload.dat")});
   ::close(another);
   enforce(0);
-  EXPECT_TRUE(QFile::exists(used));
+  EXPECT_EQ(left(cache), QStringList{text("Torrents/streams/a/payload.dat")});
   clear();
-  EXPECT_FALSE(QFile::exists(used));
+  EXPECT_TRUE(left(cache).isEmpty());
   EXPECT_EQ(::write(user, "x", 1), 1);
   ::close(user);
-  const int again = openForUse(used);
-  EXPECT_TRUE(QFile::permissions(used) & QFile::ReadOwner);
-  ::close(again);
 }
 
 // Whoever opens a payload at the moment of its removal gets a file that has its name.
@@ -218,7 +213,7 @@ TEST_F(CacheManagerTest, AnOpenedPayloadIsNeverOneThatIsGone) {
   });
   for (int round = 0; round < 10'000; ++round) {
     const int opened = openForUse(path);
-    EXPECT_TRUE(opened >= 0 && QFile::exists(path)) << round;
+    EXPECT_TRUE(opened >= 0 && QFile::permissions(path) & QFile::ReadOwner) << round;
     ::close(opened);
   }
   isOver = true;

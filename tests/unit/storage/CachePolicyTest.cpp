@@ -8,6 +8,8 @@ namespace {
 const QDateTime kNow = QDateTime::fromMSecsSinceEpoch(1'700'000'000'000, Qt::UTC);
 constexpr qint64 kDay = 86'400'000; // milliseconds
 
+using Case = std::pair<std::int64_t, const char*>; // a limit, and the names of what goes
+
 CachedFile file(const char* name, qint64 age, std::int64_t bytes = 0) {
   return {QLatin1String(name), kNow.addMSecs(-age), bytes};
 }
@@ -21,10 +23,6 @@ std::string names(const std::vector<CachedFile>& files) {
 TEST(CachePolicy, AFileIsTooOldOnlyBeyondTheLastMillisecond) {
   const std::vector files{file("a", 14 * kDay), file("b", 14 * kDay + 1),  file("c", 14 * kDay - 1),
                           file("d", -kDay),     {QStringLiteral("e"), {}}, file("f", 400 * kDay)};
-  struct Case {
-    std::int64_t days;
-    const char* old;
-  };
   for (const auto& [days, old] :
        {Case{14, "bef"}, Case{1, "abcef"}, Case{15, "ef"}, Case{0, ""}, Case{-1, ""},
         Case{106'751'991, "e"}, // more milliseconds than fit a signed 32-bit number of seconds
@@ -41,10 +39,6 @@ TEST(CachePolicy, TheOldestGoUntilTheRestFits) {
                           file("c", 5 * kDay, 300),
                           file("d", kDay, 400),
                           {QStringLiteral("e"), {}, 0}};
-  struct Case {
-    std::int64_t limit;
-    const char* going;
-  };
   for (const auto& [limit, going] :
        {Case{1000, ""}, Case{999, "eb"}, Case{800, "eb"}, Case{799, "ebc"}, Case{500, "ebc"},
         Case{499, "ebca"}, Case{400, "ebca"}, Case{0, "ebcad"}, Case{-1, "ebcad"}})

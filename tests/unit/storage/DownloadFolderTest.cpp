@@ -1,6 +1,7 @@
 #include "storage/DownloadFolder.h"
 #include <QFile>
 #include <QTemporaryDir>
+#include <array>
 #include <gtest/gtest.h>
 
 namespace vellum::downloadFolder {
@@ -9,10 +10,7 @@ namespace {
 QString text(const char* utf8) { return QString::fromUtf8(utf8); }
 
 TEST(DownloadFolderTest, AFileIsNamedByTheLastComponentOfItsAddress) {
-  struct Case {
-    const char* url;
-    const char* name;
-  };
+  using Case = std::pair<const char*, const char*>;
   for (const auto& [url, name] :
        {Case{"http://h/a/film.mp4", "film.mp4"},
         Case{"http://h/a/my%20film.mp4?x=/y#z/w", "my film.mp4"},
@@ -36,9 +34,7 @@ TEST(DownloadFolderTest, AFileIsNamedByTheLastComponentOfItsAddress) {
 TEST(DownloadFolderTest, TheFirstFreeNumberIsPutBeforeTheExtensionAndTheStemIsCutToFit) {
   const auto times = [](int n, const char* part) { return text(part).repeated(n).toStdString(); };
   const auto x = [&](int n) { return times(n, "x"); };
-  struct Case {
-    std::string name, taken, free;
-  };
+  using Case = std::array<std::string, 3>;
   for (const auto& [name, taken, free] :
        {Case{"film.mp4", "film", "film.mp4"}, Case{"film.mp4", "film.mp4|film 1.mp4", "film 2.mp4"},
         Case{"film.mp4", "film.mp4|film 2.mp4", "film 1.mp4"},

@@ -42,13 +42,10 @@ TEST_F(LibraryStoreTest, ABrokenFileIsEmptyAndLeftAloneUntilTheNextSave) {
   EXPECT_EQ(QFile::permissions(path) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
   const QByteArray good = bytes();
   const auto most = static_cast<qsizetype>(LibraryStore::kLargestFile);
-  for (const auto& [file, rows] : {std::pair{good, 1},
-                                   {good.leftJustified(most), 1},
-                                   {good.leftJustified(most + 1), 0},
-                                   {"", 0},
-                                   {"{}", 0},
-                                   {good.chopped(3), 0},
-                                   {"[{}]", 0}}) {
+  using Case = std::pair<QByteArray, int>;
+  for (const auto& [file, rows] :
+       {Case{good, 1}, Case{good.leftJustified(most), 1}, Case{good.leftJustified(most + 1), 0},
+        Case{"", 0}, Case{"{}", 0}, Case{good.chopped(3), 0}, Case{"[{}]", 0}}) {
     QFile out(path);
     ASSERT_TRUE(out.open(QIODevice::WriteOnly) && out.write(file) == file.size());
     out.close();
