@@ -3,6 +3,8 @@
 #pragma once
 #include "engine/TorrentEngine.h"
 #include "net/HttpClient.h"
+#include "streaming/ExtractFile.h"
+#include "support/RunFlow.h"
 #include "world/LoopbackSeeder.h"
 #include "world/LoopbackTracker.h"
 #include "world/MainThread.h"
@@ -14,7 +16,6 @@
 namespace vellum::test {
 
 using namespace world;
-
 using namespace std::chrono_literals;
 
 // That everything ends when the session is gone is a part of every test: the pool waits for it.
@@ -26,6 +27,9 @@ struct SessionWorld : testing::Test, world::MainThread {
     return std::make_shared<TorrentSession>(environment, torrent.infoHash, trackers, QString(),
                                             directory, knowsMeta ? meta : nullptr);
   }
+
+  // Puts the clock forward, for good; what is due then happens.
+  void pass(double seconds);
 
   template <class F>
   static double secondsFor(F f) {

@@ -1,236 +1,265 @@
-#include "engine/PieceScheduler.h"
-#include "MadeTorrent.h"
-#include "support/ManualClock.h"
-#include <cstring>
+// Which blocks a session asks of whom, and what becomes of them: over peers that a test plays.
+#include "SwarmWorld.h"
+#include <QFile>
 #include <gtest/gtest.h>
 
 namespace vellum {
 namespace {
 
-using test::makeTorrent;
+using namespace test;
 
-struct FakePeer final : PieceScheduler::Peer {
-  struct Request {
-    std::int64_t piece, begin, length;
-    bool operator==(const Request&) const = default;
-  };
-  bool isHandshaken() const override { return true; }
-  bool isChoked() const override { return choked; }
-  bool hasPiece(std::int64_t piece) const override { return piece >= firstPiece; }
-  InflightSet& inflight() override { return set; }
-  void declareInterest() override {}
-  void sendRequest(std::int64_t piece, std::int64_t begin, std::int64_t length) override {
-    requests.push_back({piece, begin, length});
+struct SchedulerTest : testing::Test, SwarmWorld {
+  PieceScheduler& scheduler() { return core->scheduler(); }
+  // A session that knows this torrent, of which no more than the sizes is true.
+  void beginMadeUp(std::int64_t pieceLength, std::size_t hashes, const std::vector<MadeFile>& files,
+                   const std::vector<int>& subtitles = {}) {
+    TorrentMeta meta{QStringLiteral("Film"), pieceLength, std::vector<Hash20>(hashes), {}, {}, 0};
+    for (const auto& [name, size] : files) {
+      meta.files.push_back({QString::fromUtf8(name), size});
+      meta.offsets.push_back(meta.total);
+      meta.total += size;
+    }
+    begin({});
+    payload.meta = std::make_shared<const TorrentMeta>(std::move(meta));
+    know(subtitles);
   }
-  void sendHave(std::int64_t piece) override { haves.push_back(piece); }
-
-  bool choked = false;
-  std::int64_t firstPiece = 0;
-  InflightSet set;
-  std::vector<Request> requests;
-  std::vector<std::int64_t> haves;
 };
-
-struct MemoryDisk final : PieceStore {
-  bool write(std::int64_t offset, ByteSpan data) override {
-    ++writes;
-    if (broken) return false;
-    std::memcpy(bytes.data() + offset, data.data(), data.size());
-    return true;
-  }
-  bool read(std::int64_t offset, std::span<std::byte> into) override {
-    std::memcpy(into.data(), bytes.data() + offset, into.size());
-    return !broken;
-  }
-  ByteVector bytes;
-  int writes = 0;
-  bool broken = false;
-};
-
-struct SchedulerTest : testing::Test {
-  test::ManualClock clock;
-  MemoryDisk disk;
-  std::vector<FakePeer> peers = std::vector<FakePeer>(2);
-  test::MadeTorrent payload;
-  std::unique_ptr<PieceScheduler> scheduler;
-
-  void start(const std::vector<test::MadeFile>& files, std::int64_t pieceLength) {
-    payload = makeTorrent(files, pieceLength);
-    disk.bytes.assign(payload.bytes.size(), std::byte{0});
-    scheduler = std::make_unique<PieceScheduler>(
-        clock, disk, [this](const std::function<void(PieceScheduler::Peer&)>& visit) {
-          for (auto& peer : peers) visit(peer);
-        });
-    scheduler->setMeta(payload.meta);
-  }
-  void deliver(FakePeer& peer, const FakePeer::Request& request) {
-    scheduler->receiveBlock(peer, static_cast<std::uint32_t>(request.piece),
-                            static_cast<std::uint32_t>(request.begin),
-                            payload.block(request.piece, request.begin, request.length));
-  }
-  std::vector<FakePeer::Request> taken(FakePeer& peer) { return std::exchange(peer.requests, {}); }
-};
-
-constexpr std::int64_t kBlock = 16384;
-
-TEST_F(SchedulerTest, NothingIsAskedForBeforeASelection) {
-  start({{"a.mkv", 10 * kBlock}}, kBlock);
-  scheduler->pump(peers[0]);
-  EXPECT_TRUE(peers[0].requests.empty());
-  EXPECT_FALSE(scheduler->complete());
-  scheduler->select(1, {});
-  EXPECT_EQ(scheduler->streamFile(), -1) << "an index out of range selects nothing";
-}
 
 TEST_F(SchedulerTest, TenBlocksAreInFlightAndEachDeliveryBringsOneMore) {
-  start({{"a.mkv", 40 * kBlock}}, 4 * kBlock);
-  scheduler->select(0, {});
-  auto first = taken(peers[0]);
-  ASSERT_EQ(first.size(), 10U);
-  EXPECT_EQ(first[0], (FakePeer::Request{0, 0, kBlock}));
-  EXPECT_EQ(first[9], (FakePeer::Request{2, kBlock, kBlock}));
-  EXPECT_EQ(taken(peers[1])[0], (FakePeer::Request{2, 2 * kBlock, kBlock}))
-      << "the next peer goes on where the first one stopped";
-  deliver(peers[0], first[0]);
-  EXPECT_EQ(taken(peers[0]), (std::vector<FakePeer::Request>{{5, 0, kBlock}}));
-  EXPECT_EQ(scheduler->downloaded(), kBlock);
+  begin(makeTorrent({{"a.mkv", 40 * kBlock}}, 4 * kBlock));
+  core->select(0, {});
+  auto &one = join(), &other = join(), &choking = join(false);
+  core->setMeta(payload.meta, false);
+  core->setPlayhead(5);
+  for (const int noFile : {-1, 1}) core->select(noFile, {});
+  tick();
+  EXPECT_EQ(one.asked(), "") << "nothing is selected yet";
+  EXPECT_EQ(scheduler().streamFile(), -1);
+  EXPECT_EQ(core->makeSnapshot().streamProgress, 0.0);
+  EXPECT_EQ(choking.on(frame(5, ByteVector(2, std::byte{0xFF}))), "");
+  core->select(0, {});
+  EXPECT_EQ(one.asked(), "0.0 0.1 0.2 0.3 1.0 1.1 1.2 1.3 2.0 2.1");
+  EXPECT_EQ(other.asked(), "2.2 2.3 3.0 3.1 3.2 3.3 4.0 4.1 4.2 4.3");
+  EXPECT_EQ(choking.asked(), "");
+  deliver(one, 0, kBlock);
+  EXPECT_EQ(one.asked(), "5.0");
+  EXPECT_EQ(core->makeSnapshot().downloaded, kBlock);
+  feed(*one.peer, frame(0));
+  deliver(other, 2, 2 * kBlock);
+  EXPECT_EQ(other.asked(), "0.0") << "what was asked of a peer that chokes is free at once";
+  deliver(other, 2, 2 * kBlock);
+  deliver(other, 0, 0);
+  EXPECT_EQ(other.asked(), "0.2") << "what is stored is asked for no more";
+  deliver(choking, 2, 3 * kBlock);
+  deliver(other, 2, 3 * kBlock);
+  EXPECT_EQ(other.asked(), "0.3") << "a block that another brought first leaves its place as well";
 }
 
 TEST_F(SchedulerTest, ABlockIsFreeAgainAtFifteenSecondsAndForgottenAfterTwenty) {
-  start({{"a.mkv", 4 * kBlock}}, 4 * kBlock);
-  peers[1].choked = true;
-  scheduler->select(0, {});
-  ASSERT_EQ(taken(peers[0]).size(), 4U);
-  peers[1].choked = false;
-  clock.advance(14.9);
-  scheduler->pump(peers[1]);
-  EXPECT_TRUE(peers[1].requests.empty());
-  clock.advance(0.1);
-  scheduler->pump(peers[1]);
-  EXPECT_EQ(taken(peers[1]).size(), 4U);
-  clock.advance(20.0);
-  scheduler->sweep();
-  EXPECT_EQ(peers[0].set.size(), 4U) << "exactly twenty seconds are not more";
-  clock.advance(0.001);
-  scheduler->sweep();
-  EXPECT_EQ(peers[0].set.size(), 0U) << "the record dies for all peers at once";
-  EXPECT_EQ(peers[1].set.size(), 0U);
-}
-
-TEST_F(SchedulerTest, ChokeAndCloseFreeBlocksAtOnceAndKeepWhatIsStored) {
-  start({{"a.mkv", 4 * kBlock}}, 4 * kBlock);
-  scheduler->select(0, {});
-  const auto asked = taken(peers[0]);
-  deliver(peers[0], asked[1]);
-  peers[0].choked = true;
-  EXPECT_TRUE(scheduler->release(peers[0]));
-  EXPECT_FALSE(scheduler->release(peers[0]));
-  scheduler->pump(peers[1]);
-  EXPECT_EQ(taken(peers[1]), (std::vector<FakePeer::Request>{asked[0], asked[2], asked[3]}));
+  begin(makeTorrent({{"a.mkv", 10 * kBlock}}, 4 * kBlock));
+  auto& mute = join();
+  know();
+  const char* const all = "0.0 0.1 0.2 0.3 1.0 1.1 1.2 1.3 2.0 2.1";
+  EXPECT_EQ(mute.asked(), all);
+  clock.advance(14.99);
+  auto& other = join();
+  EXPECT_EQ(other.asked(), "");
+  tick(0.01);
+  EXPECT_EQ(other.asked(), all);
+  EXPECT_EQ(mute.asked(), "");
+  tick(20);
+  EXPECT_EQ(mute.asked() + other.asked(), "") << "exactly twenty seconds are not more";
+  tick(0.001);
+  EXPECT_EQ(mute.asked(), all) << "the record dies for all peers at once";
 }
 
 TEST_F(SchedulerTest, OnlyExactBlocksOfMissingPiecesAreTaken) {
-  start({{"a.mkv", 2 * kBlock + 100}}, 2 * kBlock);
-  scheduler->select(0, {});
-  EXPECT_EQ(taken(peers[0])[2], (FakePeer::Request{1, 0, 100})) << "a short last piece";
-  const ByteVector data(kBlock);
-  const auto try_ = [&](std::uint32_t piece, std::uint32_t begin, std::size_t size) {
-    scheduler->receiveBlock(peers[0], piece, begin, ByteSpan(data).first(size));
-  };
-  try_(0, 100, kBlock);
-  try_(0, 0, 1);
-  try_(0, 2 * kBlock, kBlock);
-  try_(2, 0, kBlock);
-  try_(1, 0, 101);
-  try_(1, kBlock, 100);
-  try_(0xFFFFFFFF, 0xFFFFC000, kBlock);
-  EXPECT_EQ(scheduler->downloaded(), 0);
-  EXPECT_TRUE(peers[0].requests.empty());
-  deliver(peers[0], {1, 0, 100});
-  EXPECT_EQ(peers[1].haves, (std::vector<std::int64_t>{1})) << "completes at once";
-  deliver(peers[1], {1, 0, 100});
-  EXPECT_EQ(scheduler->downloaded(), 100) << "nothing is taken of a piece that is had";
+  begin(makeTorrent({{"a.mkv", 2 * kBlock + 100}}, 2 * kBlock));
+  auto& end = join();
+  know();
+  EXPECT_EQ(end.asked(), "0.0 0.1 1.0+100") << "a short last piece";
+  const struct {
+    std::uint32_t piece, begin;
+    std::size_t length;
+  } refused[] = {
+      {0, 100, kBlock}, {0, 0, 1},     {0, 2 * kBlock, kBlock},          {2, 0, kBlock},
+      {1, 0, 101},      {1, 0, 99},    {0xFFFFFFFF, 0xFFFFC000, kBlock}, {1, kBlock, 100},
+      {0, kBlock, 100}, {0, 1, kBlock}};
+  for (const auto& [piece, begin, length] : refused)
+    EXPECT_EQ(end.on(pieceFrame(piece, begin, ByteVector(length))), "") << piece << ' ' << begin;
+  EXPECT_EQ(core->makeSnapshot().downloaded, 0);
+  deliver(end, 1, 0, 100);
+  deliver(end, 1, 0, 100);
+  EXPECT_EQ(end.link->said(), "have 1");
+  EXPECT_EQ(core->makeSnapshot().downloaded, 100) << "nothing is taken of a piece that is had";
+
+  deliver(end, 0, kBlock);
+  EXPECT_EQ(end.on(pieceFrame(0, 0, ByteVector(kBlock))),
+            "request 0 0 16384, request 0 16384 16384")
+      << "a piece with a wrong hash is fetched anew, at once and from its beginning";
+  EXPECT_EQ(scheduler().piecesInAssembly(), 0U);
+  EXPECT_FALSE(core->makeSnapshot().complete);
+  for (const std::int64_t begin : {kBlock, std::int64_t{0}}) deliver(end, 0, begin);
+  EXPECT_EQ(end.link->said(), "have 0");
+  EXPECT_TRUE(core->makeSnapshot().complete);
+  EXPECT_TRUE(holdsThePayload());
 }
 
-TEST_F(SchedulerTest, APieceWithAWrongHashIsFetchedAnew) {
-  start({{"a.mkv", 4 * kBlock}}, 2 * kBlock);
-  peers[1].choked = true;
-  scheduler->select(0, {});
-  taken(peers[0]);
-  const ByteVector wrong(kBlock, std::byte{1});
-  deliver(peers[0], {0, kBlock, kBlock});
-  scheduler->receiveBlock(peers[0], 0, 0, wrong);
-  EXPECT_FALSE(scheduler->have().has(0));
-  EXPECT_EQ(scheduler->piecesInAssembly(), 0U);
-  EXPECT_EQ(disk.writes, 0);
-  EXPECT_TRUE(peers[1].haves.empty());
-  EXPECT_EQ(taken(peers[0]), (std::vector<FakePeer::Request>{{0, 0, kBlock}, {0, kBlock, kBlock}}));
-  for (const std::int64_t piece : {0, 1})
-    for (const std::int64_t block : {1, 0}) deliver(peers[0], {piece, block * kBlock, kBlock});
-  EXPECT_TRUE(scheduler->complete());
-  EXPECT_TRUE(std::ranges::equal(disk.bytes, payload.bytes));
-  EXPECT_EQ(disk.writes, 2) << "each piece once";
+TEST_F(SchedulerTest, PiecesOfTwoGibibytesAreTheLargestAndThoseBehindTheEndAreEmpty) {
+  for (const std::int64_t above : {0, 1}) {
+    const std::int64_t pieceLength = 2048 * kMiB + above;
+    beginMadeUp(pieceLength, 3, {{"a", 2 * pieceLength}});
+    auto& end = join(false);
+    feed(*end.peer, pieceFrame(1, 0, ByteVector(kBlock)));
+    EXPECT_EQ(core->makeSnapshot().downloaded, above == 0 ? kBlock : 0);
+    feed(*end.peer, pieceFrame(2, 0, ByteVector(1)));
+    EXPECT_EQ(core->makeSnapshot().downloaded, above == 0 ? kBlock : 0);
+  }
 }
 
 TEST_F(SchedulerTest, SubtitlesFollowTheTailAndASeekMovesTheWindow) {
-  // 32 pieces of film, 1 of sample, 1 of subtitles.
-  start({{"a.mkv", 32 * kMiB}, {"sample.mkv", kMiB}, {"a.srt", 1000}}, kMiB);
-  for (auto& peer : peers) peer.choked = true;
-  scheduler->select(0, {2, 7, -1});
-  EXPECT_EQ(scheduler->order(), (PieceOrder{{0, 7}, {29, 31}, {33, 33}, {8, 28}}));
-  peers[0].choked = false;
-  scheduler->setPlayhead(29 * kMiB);
-  EXPECT_TRUE(peers[0].requests.empty()) << "a look at the tail is no seek";
-  scheduler->setPlayhead(20 * kMiB);
-  EXPECT_EQ(taken(peers[0])[0].piece, 20);
-  clock.advance(16);
-  scheduler->setPlayhead(20 * kMiB);
-  EXPECT_TRUE(peers[0].requests.empty()) << "the same place twice pumps nobody";
+  // 32 pieces of film; an empty file within a piece, subtitles that fill one, a byte that begins
+  // one.
+  beginMadeUp(kMiB, 36,
+              {{"a.mkv", 32 * kMiB},
+               {"half", kMiB / 2},
+               {"none.srt", 0},
+               {"half", kMiB / 2},
+               {"a.srt", kMiB},
+               {"b.mkv", kMiB},
+               {"b.srt", 1}},
+              {-1, 7, 2, 4, 6});
+  EXPECT_EQ(scheduler().order(), (PieceOrder{{0, 7}, {29, 31}, {33, 33}, {35, 35}, {8, 28}}));
+  core->setPlayhead(20 * kMiB);
+  core->setPlayhead(30 * kMiB); // a look at the tail is no seek
+  EXPECT_EQ(scheduler().order().front(), (PieceRun{20, 27}));
+  auto& end = join();
+  EXPECT_TRUE(end.asked().starts_with("20.0 20.1"));
+  end.peer->inflight().clear(); // there would be room
+  core->setPlayhead(20 * kMiB);
+  EXPECT_EQ(end.asked(), "") << "the same place twice pumps nobody";
+  core->setPlayhead(3 * kMiB);
+  EXPECT_TRUE(end.asked().starts_with("3.0 3.1"));
+
+  core->select(5, {0});
+  EXPECT_EQ(scheduler().order(), (PieceOrder{{34, 34}, {0, 31}})) << "the first file after it";
+  core->select(2, {});
+  EXPECT_TRUE(core->makeSnapshot().streamReady) << "an empty file has nothing to wait for";
 }
 
-TEST_F(SchedulerTest, ReselectingWhatIsHadAsksForNothing) {
-  start({{"a.mkv", kBlock}, {"b.mkv", kBlock}}, kBlock);
-  scheduler->select(0, {});
-  deliver(peers[0], {0, 0, kBlock});
-  EXPECT_TRUE(scheduler->complete());
-  taken(peers[0]);
-  scheduler->select(0, {});
-  EXPECT_TRUE(scheduler->complete());
-  EXPECT_EQ(scheduler->streamProgress(), 1.0);
-  EXPECT_TRUE(peers[0].requests.empty());
-  scheduler->select(1, {});
-  EXPECT_FALSE(scheduler->complete());
-}
-
-TEST_F(SchedulerTest, ABlockOfEveryPieceDoesNotFillTheMemory) {
-  const std::int64_t pieceLength = kMiB;
-  start({{"a.mkv", 64 * kMiB}}, pieceLength);
-  scheduler->select(0, {});
-  for (std::int64_t piece = 0; piece < 64; ++piece) {
-    deliver(peers[0], {piece, kBlock * (piece % 3), kBlock});
-    ASSERT_LE(scheduler->assemblyBytes(), PieceScheduler::kAssemblyBudget);
+TEST_F(SchedulerTest, ReadyWithWindowAndTailAndCompleteWithAllOfWhatIsSelected) {
+  begin(makeTorrent({{"a.mkv", 12 * kMiB}, {"b.mkv", kMiB}}, kMiB));
+  auto& end = join(false);
+  know();
+  know(); // chosen twice: what is missing is counted once
+  const auto deliverPiece = [&](std::int64_t piece) {
+    for (std::int64_t begin = 0; begin < kMiB; begin += kBlock) deliver(end, piece, begin);
+  };
+  std::string seen;
+  for (const std::int64_t piece : {12, 9, 10, 11, 0, 1, 2, 3, 4, 5, 6, 7, 8}) {
+    deliverPiece(piece);
+    const auto now = core->makeSnapshot();
+    seen += now.complete ? 'C' : now.streamReady ? 'r' : '.';
+    seen += std::to_string(milestones);
   }
-  EXPECT_EQ(scheduler->piecesInAssembly(), 64U) << "all of them are kept, most on disk";
-  for (std::int64_t piece = 0; piece < 64; ++piece)
-    for (std::int64_t begin = pieceLength - kBlock; begin >= 0; begin -= kBlock)
-      deliver(peers[1], {piece, begin, kBlock});
-  EXPECT_TRUE(scheduler->complete());
-  EXPECT_TRUE(std::ranges::equal(disk.bytes, payload.bytes));
-  EXPECT_EQ(scheduler->downloaded(), 64 * kMiB);
+  EXPECT_EQ(seen, ".0.0.0.0.0.0.0.0.0.0.0r1C2");
+  EXPECT_EQ(core->makeSnapshot().streamProgress, 1.0);
+  core->setMeta(payload.meta, false);
+  know();
+  EXPECT_FALSE(core->makeSnapshot().complete) << "believed is what came in this session";
+  EXPECT_EQ(milestones, 3) << "told at once when it is chosen";
+}
+
+TEST_F(SchedulerTest, ChoosingAnotherFileAndTheFirstOneAgainAsksForWhatIsMissing) {
+  begin(makeTorrent({{"a.mkv", kBlock}, {"b.mkv", 2 * kBlock}}, kBlock));
+  auto& end = join();
+  know();
+  clock.advance(9);
+  deliver(end, 0, 0);
+  EXPECT_EQ(end.link->said(), "request 0 0 16384, have 0");
+  clock.advance(5);
+  EXPECT_EQ(core->makeSnapshot().secondsSinceProgress, 5);
+  core->select(1, {});
+  EXPECT_EQ(core->makeSnapshot().secondsSinceProgress, 0);
+  EXPECT_FALSE(core->makeSnapshot().complete);
+  EXPECT_EQ(end.asked(), "1.0 2.0");
+  core->select(0, {});
+  EXPECT_TRUE(core->makeSnapshot().complete);
+  EXPECT_EQ(end.asked(), "");
+}
+
+// Pieces of a block and a half, 1024 of which fill the 24 MiB.
+TEST_F(SchedulerTest, WhatDoesNotFitIntoMemoryWaitsInThePayloadFile) {
+  constexpr std::int64_t kPiece = kBlock * 3 / 2;
+  begin(makeTorrent({{"a.mkv", 1101 * kPiece}}, kPiece));
+  auto& end = join(false);
+  know();
+  const auto half = [&](std::int64_t piece, bool second) {
+    deliver(end, piece, second ? kBlock : 0, second ? kBlock / 2 : kBlock);
+  };
+  const auto isSpilled = [&](std::int64_t piece) {
+    ByteVector bytes(kPiece);
+    core->storage().readSome(piece * kPiece, bytes);
+    return bytes != ByteVector(kPiece);
+  };
+  for (const bool second : {false, true}) half(0, second);
+  EXPECT_EQ(scheduler().assemblyBytes(), 0);
+  for (std::int64_t piece = 1100; piece > 0; --piece) {
+    half(piece, piece % 2 == 0);
+    ASSERT_EQ(scheduler().assemblyBytes(), std::min<std::int64_t>(1101 - piece, 1024) * kPiece);
+    ASSERT_EQ(isSpilled(1100), piece <= 1100 - 1024) << piece << ": the oldest goes first";
+  }
+  EXPECT_FALSE(isSpilled(1000));
+  EXPECT_EQ(scheduler().piecesInAssembly(), 1100U);
+  for (std::int64_t piece = 1; piece <= 1100; ++piece) half(piece, piece % 2 == 1);
+  EXPECT_TRUE(core->makeSnapshot().complete);
+  EXPECT_TRUE(holdsThePayload());
+  EXPECT_EQ(scheduler().assemblyBytes(), 0);
+}
+
+TEST_F(SchedulerTest, OfPiecesOnDiskTheOldestBeyond8192AreForgotten) {
+  beginMadeUp(kBlock + 1, 9800, {{"a", 9800 * (kBlock + 1)}});
+  auto& end = join(false);
+  for (std::uint32_t piece = 0; piece < 9800; ++piece)
+    feed(*end.peer, pieceFrame(piece, kBlock, ByteVector(1)));
+  EXPECT_EQ(scheduler().assemblyBytes() / (kBlock + 1), 1535);
+  EXPECT_EQ(scheduler().piecesInAssembly(), 1535U + 8192);
+}
+
+TEST_F(SchedulerTest, OnePieceMayFillTheMemoryAndALargerOneIsNeverInIt) {
+  beginMadeUp(24 * kMiB, 2, {{"a", 48 * kMiB}});
+  for (const std::uint32_t piece : {0U, 1U}) {
+    feed(*join(false).peer, pieceFrame(piece, 0, ByteVector(kBlock)));
+    EXPECT_EQ(scheduler().assemblyBytes(), 24 * kMiB);
+  }
+  constexpr std::int64_t kLarge = 24 * kMiB + kBlock + 5;
+  begin(makeTorrent({{"a.mkv", kLarge}}, kLarge));
+  auto& end = join(false);
+  know();
+  deliver(end, 0, 0); // hashed at once; what comes in another order is read back
+  for (std::int64_t begin = kLarge / kBlock * kBlock; begin > 0; begin -= kBlock)
+    deliver(end, 0, begin, std::min(kBlock, kLarge - begin));
+  EXPECT_EQ(scheduler().assemblyBytes(), 0);
+  EXPECT_TRUE(core->makeSnapshot().complete);
+  EXPECT_TRUE(holdsThePayload());
 }
 
 TEST_F(SchedulerTest, ADeadDiskCostsNothingButTheData) {
-  disk.broken = true;
-  for (const std::int64_t pieceLength : {kMiB, 32 * kMiB}) { // the latter is too large for memory
-    start({{"a.mkv", 64 * kMiB}}, pieceLength);
-    scheduler->select(0, {});
-    const std::int64_t pieces = 64 * kMiB / pieceLength;
-    for (std::int64_t piece = 0; piece < pieces; ++piece) deliver(peers[0], {piece, 0, kBlock});
-    for (std::int64_t begin = 0; begin < pieceLength; begin += kBlock)
-      deliver(peers[0], {pieces - 1, begin, kBlock});
-    deliver(peers[0], {pieces - 1, 0, kBlock}); // what could not be spilled is fetched anew
-    EXPECT_TRUE(scheduler->have().has(pieces - 1)) << "verified, whatever the disk says";
-  }
+  directory = QStringLiteral("/dev/null/none");
+  beginMadeUp(24 * kKiB, 1100, {{"a", 1100 * 24 * kKiB}});
+  for (std::uint32_t piece = 0; piece < 1100; ++piece)
+    feed(*(piece == 0 ? join(false) : dialled[0]).peer, pieceFrame(piece, 0, ByteVector(kBlock)));
+  EXPECT_EQ(scheduler().piecesInAssembly(), 1099U) << "nothing is given away a second time";
+
+  constexpr std::int64_t kLarge = 25 * kMiB;
+  begin(makeTorrent({{"a.mkv", kLarge}}, kLarge));
+  auto& end = join();
+  know();
+  end.asked();
+  deliver(end, 0, 0);
+  EXPECT_EQ(end.asked(), "0.0") << "what could not be put on disk is asked for again";
+  for (std::int64_t begin = 0; begin < kLarge; begin += kBlock) deliver(end, 0, begin);
+  EXPECT_TRUE(core->makeSnapshot().complete) << "verified, whatever the disk says";
 }
 
 } // namespace

@@ -1,296 +1,262 @@
 #include "SwarmWorld.h"
-#include <QFile>
+#include <QDir>
 #include <gtest/gtest.h>
+#include <random>
 
 namespace vellum {
 namespace {
 
 using namespace test;
 
-constexpr std::int64_t kBlock = 16384;
-
-struct SessionCoreTest : testing::Test {
-  MadeTorrent payload = makeTorrent({{"a.mkv", 20 * kBlock}}, 2 * kBlock);
-  SwarmWorld world;
-  std::unique_ptr<SessionCore> core;
-
-  void start(QStringList trackers = {}, QString title = {}) {
-    core = world.makeCore(payload.infoHash, std::move(trackers), std::move(title));
-    core->start();
+struct SessionCoreTest : testing::Test, SwarmWorld {
+  void beginSmall(QStringList trackers = {}, QString title = {}) {
+    begin(makeTorrent({{"a.mkv", 20 * kBlock}}, 2 * kBlock), std::move(trackers), std::move(title));
   }
-  RecordingLink& connect(std::size_t index) {
-    RecordingLink& link = *world.dialled.at(index).link;
-    world.dialled[index].peer->connected();
-    feed(*world.dialled[index].peer, handshake(payload.infoHash));
-    link.take();
-    return link;
-  }
-  void tickFor(int seconds) {
-    for (int i = 0; i < seconds; ++i) {
-      world.clock.advance(1);
-      core->tick();
-    }
+  void deliverPiece(const Dialled& from, std::int64_t piece) const {
+    for (const std::int64_t at : {std::int64_t{0}, kBlock}) deliver(from, piece, at);
   }
 };
 
 std::vector<PeerAddr> addresses(int count) {
   std::vector<PeerAddr> list;
-  for (int i = 0; i < count; ++i)
-    list.push_back({QStringLiteral("10.0.%1.%2").arg(i / 250).arg(i % 250), 6881});
+  for (int i = 0; i < count; ++i) list.push_back({QStringLiteral("10.0.0.%1").arg(i), 6881});
   return list;
 }
 
 TEST_F(SessionCoreTest, DefaultsStandBehindTheGivenTrackersAndOnlyEightAreAsked) {
   const QStringList defaults{QStringLiteral("d1"), QStringLiteral("d2")};
-  EXPECT_EQ(SessionCore::withDefaults({}, defaults), defaults);
   EXPECT_EQ(SessionCore::withDefaults({QStringLiteral("d2"), QStringLiteral("x")}, defaults),
             (QStringList{QStringLiteral("d2"), QStringLiteral("x"), QStringLiteral("d1")}));
   QStringList nine;
   for (int i = 0; i < 9; ++i) nine.append(QString::number(i));
-  start(SessionCore::withDefaults(nine, defaults));
-  ASSERT_EQ(world.announces.size(), 1U);
-  EXPECT_EQ(world.announces[0], nine.mid(0, 8));
+  beginSmall(nine);
+  EXPECT_EQ(announces, std::vector{nine.mid(0, 8)});
+}
+
+TEST(PeerId, NamesTheProgramAndUsesAllCharactersFromZeroToZ) {
+  struct : Random {
+    std::uint64_t next64() override { return engine(); }
+    std::mt19937_64 engine{1};
+  } random;
+  std::string used;
+  for (int i = 0; i < 1000; ++i) {
+    const auto id = toByteArray(SessionCore::makePeerId(random)).toStdString();
+    ASSERT_EQ(id.substr(0, 8), "-VL0100-");
+    used += id.substr(8);
+  }
+  EXPECT_EQ(std::ranges::min(used), '0');
+  EXPECT_EQ(std::ranges::max(used), 'z');
 }
 
 TEST_F(SessionCoreTest, AnnouncesEvery26SecondsAloneAndEvery121WithAPeer) {
-  start();
-  std::vector<int> at;
-  for (int second = 1; second <= 53; ++second) {
-    core->onAnnounceDone();
-    const auto before = world.announces.size();
-    tickFor(1);
-    if (world.announces.size() > before) at.push_back(second);
-  }
-  EXPECT_EQ(at, (std::vector<int>{26, 52}));
-  core->addPeers(addresses(1));
-  connect(0);
-  core->onAnnounceDone();
-  const auto before = world.announces.size();
-  tickFor(119);
-  EXPECT_EQ(world.announces.size(), before);
-  tickFor(1);
-  EXPECT_EQ(world.announces.size(), before + 1) << "121 seconds after the one at 52";
-  tickFor(300);
-  EXPECT_EQ(world.announces.size(), before + 1) << "none while one is under way";
+  beginSmall();
+  const auto announcesWithin = [&](int seconds, bool done = true) {
+    std::vector<int> at;
+    for (int second = 1; second <= seconds; ++second) {
+      if (done) core->onAnnounceDone();
+      const auto before = announces.size();
+      tick();
+      if (announces.size() > before) at.push_back(second);
+    }
+    return at;
+  };
+  EXPECT_EQ(announcesWithin(52), (std::vector<int>{26, 52}));
+  join();
+  EXPECT_EQ(announcesWithin(121), (std::vector<int>{121}));
+  EXPECT_EQ(announcesWithin(300, false), std::vector<int>{}) << "none while one is under way";
 }
 
 TEST_F(SessionCoreTest, DialsAnAddressOnceAndNeverMoreThan45AtATime) {
-  start();
+  beginSmall();
   auto list = addresses(46);
   list.insert(list.begin(), {QStringLiteral("10.9.9.9"), 0});
   list.push_back(list[1]);
   core->addPeers(list);
   core->onTrackerResult({list, 3, 1});
-  EXPECT_EQ(world.dialled.size(), 45U) << "port 0 is passed over";
+  EXPECT_EQ(dialled.size(), 45U) << "port 0 is passed over";
   EXPECT_EQ(core->waitingAddresses(), 1U);
   EXPECT_EQ(core->makeSnapshot().knownPeers, 47);
-  world.dialled[3].peer->close();
+  dialled[3].peer->close();
   core->addPeers({});
-  EXPECT_EQ(world.dialled.size(), 45U) << "a closed peer holds its place until the tick";
-  tickFor(1);
-  EXPECT_EQ(world.dialled.size(), 46U);
-  EXPECT_EQ(world.dialled[45].address, list[46]);
+  EXPECT_EQ(dialled.size(), 45U) << "a closed peer holds its place until the tick";
+  tick();
+  ASSERT_EQ(dialled.size(), 46U);
+  EXPECT_EQ(dialled[45].address, list[46]);
 }
 
-TEST_F(SessionCoreTest, TrackerSeedersNeverFallAndZeroIsKnown) {
-  start();
-  EXPECT_FALSE(core->makeSnapshot().trackerSeeders);
-  EXPECT_FALSE(core->makeSnapshot().announced);
-  core->onTrackerResult({{}, 0, {}});
-  EXPECT_EQ(core->makeSnapshot().trackerSeeders, 0);
-  core->onTrackerResult({{}, 5, {}});
-  core->onTrackerResult({{}, 3, {}});
-  core->onTrackerResult({{}, {}, {}});
-  EXPECT_EQ(core->makeSnapshot().trackerSeeders, 5);
+TEST_F(SessionCoreTest, TrackersBringPeersAndSeedersThatNeverFall) {
+  beginSmall();
+  EXPECT_FALSE(core->makeSnapshot().trackerSeeders || core->makeSnapshot().announced);
+  for (const auto& [told, shown] : {std::pair{0, 0}, {5, 5}, {3, 5}}) {
+    core->onTrackerResult({addresses(told), told, {}});
+    core->onTrackerResult({});
+    EXPECT_EQ(core->makeSnapshot().trackerSeeders, shown);
+  }
   EXPECT_TRUE(core->makeSnapshot().announced);
-}
-
-TEST_F(SessionCoreTest, RatesAreHalvedEachSecond) {
-  start();
-  core->setMeta(payload.meta, false);
-  core->select(0, {});
-  core->addPeers(addresses(1));
-  connect(0);
-  feed(*world.dialled[0].peer, pieceFrame(0, 0, payload.block(0, 0, kBlock)));
-  tickFor(1);
-  EXPECT_EQ(core->makeSnapshot().downRate, kBlock / 2.0);
-  tickFor(1);
-  EXPECT_EQ(core->makeSnapshot().downRate, kBlock / 4.0);
+  EXPECT_EQ(dialled.size(), 5U);
 }
 
 TEST_F(SessionCoreTest, OnlyAStandInTitleGivesWayToTheName) {
-  for (const auto& [title, expected] : {std::pair{QString(), QStringLiteral("Film")},
-                                        std::pair{QString(40, u'a'), QStringLiteral("Film")},
-                                        std::pair{QString(39, u'a'), QString(39, u'a')}}) {
-    start({}, title);
+  for (const int length : {0, 39, 40, 41}) {
+    beginSmall({}, QString(length, u'a'));
     core->setMeta(payload.meta, false);
-    EXPECT_EQ(core->title(), expected);
+    EXPECT_EQ(core->title(), length % 40 == 0 ? QStringLiteral("Film") : QString(length, u'a'));
   }
 }
 
-TEST_F(SessionCoreTest, MetadataIsAskedOfSeveralPeersAndInterestIsDeclared) {
-  payload = makeTorrent({{"a.mkv", 900 * 16}}, 16);
-  start();
-  core->addPeers(addresses(3));
-  const std::string ask =
-      "d1:md11:ut_metadatai3ee13:metadata_sizei" + std::to_string(payload.infoRaw.size()) + "ee";
-  for (std::size_t i = 0; i < 3; ++i) {
-    connect(i);
-    feed(*world.dialled[i].peer, extended(0, i == 2 ? "de" : ask));
-  }
-  EXPECT_EQ(world.dialled[0].link->take().at(0).body, bytesOf("\x03"
-                                                              "d8:msg_typei0e5:piecei0ee"));
-  EXPECT_EQ(world.dialled[1].link->take().at(0).body, bytesOf("\x03"
-                                                              "d8:msg_typei0e5:piecei1ee"));
-  EXPECT_TRUE(world.dialled[2].link->take().empty()) << "it has no metadata to give";
+TEST_F(SessionCoreTest, MetadataIsAskedOfSeveralPeersAndOfTheMuteOneLast) {
+  begin(makeTorrent({{"a.mkv", 900 * 16}}, 16));
   const auto raw = ByteSpan(payload.infoRaw);
-  feed(*world.dialled[0].peer, extended(1, "d8:msg_typei1e5:piecei0ee", raw.first(16384)));
-  EXPECT_EQ(world.metadataArrivals, 0);
-  feed(*world.dialled[1].peer, extended(1, "d8:msg_typei1e5:piecei1ee", raw.subspan(16384)));
-  EXPECT_EQ(world.metadataArrivals, 1);
-  EXPECT_TRUE(core->makeSnapshot().hasMetadata());
-  feed(*world.dialled[0].peer, extended(1, "d8:msg_typei0e5:piecei0ee"));
-  EXPECT_EQ(world.dialled[0].link->take().back().body, bytesOf("\x03"
-                                                               "d8:msg_typei2e5:piecei0ee"))
-      << "metadata is refused to others also when it is there";
+  const auto offer = [&](int id) {
+    return metadataOffer(static_cast<std::int64_t>(raw.size()), id);
+  };
+  const auto data = [](int piece, ByteSpan bytes) {
+    return extended(1, "d8:msg_typei1e5:piecei" + std::to_string(piece) + "ee", bytes);
+  };
+  auto &mute = join(false), &good = join(false), &without = join(false), &odd = join(false);
+  EXPECT_EQ(mute.on(offer(1)), "extended 1 d8:msg_typei0e5:piecei0ee");
+  EXPECT_EQ(without.on(extended(0, "d13:metadata_sizei20000ee")), "");
+  odd.on(offer(300));
+  EXPECT_TRUE(odd.peer->isClosed()) << "an id that is no byte cannot be asked";
+  EXPECT_EQ(good.on(offer(3)), "extended 3 d8:msg_typei0e5:piecei1ee");
+  EXPECT_EQ(good.on(data(1, raw.subspan(16384))), "") << "the mute one has eight seconds";
+  tick(8);
+  EXPECT_EQ(good.link->said(), "");
+  tick();
+  EXPECT_EQ(mute.link->said(), "");
+  EXPECT_EQ(good.link->said(), "extended 3 d8:msg_typei0e5:piecei0ee") << "now another one's turn";
+  tick(9);
+  EXPECT_EQ(mute.link->said(), "extended 1 d8:msg_typei0e5:piecei0ee") << "and the first one's";
+  EXPECT_EQ(metadataArrivals, 0);
+  EXPECT_EQ(good.on(data(0, raw.first(16384))), "");
+  EXPECT_EQ(metadataArrivals, 1);
+  EXPECT_EQ(core->makeSnapshot().name, QStringLiteral("Film"));
+  EXPECT_EQ(good.on(offer(3)), "") << "what is known is asked for no more";
+  EXPECT_EQ(good.on(extended(1, "d8:msg_typei0e5:piecei0ee")),
+            "extended 3 d8:msg_typei2e5:piecei0ee")
+      << "and refused to others all the same";
+  good.on(data(0, raw.first(16384)));
+  EXPECT_EQ(metadataArrivals, 1);
 }
 
-TEST_F(SessionCoreTest, AMutePeerDoesNotKeepTheMetadataFromTheSession) {
-  start();
-  core->addPeers(addresses(2));
-  const std::string offer =
-      "d1:md11:ut_metadatai3ee13:metadata_sizei" + std::to_string(payload.infoRaw.size()) + "ee";
-  for (std::size_t i = 0; i < 2; ++i) {
-    connect(i);
-    feed(*world.dialled[i].peer, extended(0, offer));
-  }
-  EXPECT_EQ(world.dialled[0].link->take().size(), 1U);
-  tickFor(8);
-  EXPECT_TRUE(world.dialled[1].link->take().empty()) << "the first one has eight seconds";
-  tickFor(1);
-  EXPECT_TRUE(world.dialled[0].link->take().empty());
-  EXPECT_EQ(world.dialled[1].link->take().size(), 1U) << "then it is the other's turn";
-  tickFor(9);
-  EXPECT_EQ(world.dialled[0].link->take().size(), 1U) << "and the first one's again";
-}
-
-TEST_F(SessionCoreTest, TheUploadBudgetPacesAndDropsRequests) {
-  start();
-  core->setMeta(payload.meta, false);
-  core->select(0, {});
-  core->addPeers(addresses(2));
-  RecordingLink& seeder = connect(0);
-  for (std::int64_t begin : {std::int64_t{0}, kBlock})
-    feed(*world.dialled[0].peer,
-         pieceFrame(0, static_cast<std::uint32_t>(begin), payload.block(0, begin, kBlock)));
-  EXPECT_EQ(seeder.take().back().id, 4);
-  world.dialled[1].peer->connected();
-  feed(*world.dialled[1].peer, handshake(payload.infoHash));
-  RecordingLink& leecher = *world.dialled[1].link;
-  EXPECT_EQ(leecher.take().at(1).body, (ByteVector{std::byte{0x80}, std::byte{0}}))
-      << "the bitfield shows the one piece";
-  PeerConn& peer = *world.dialled[1].peer;
-  feed(peer, frame(2));
-  leecher.take();
-
-  for (const auto& bad :
-       {numbers({0, 0, 0}), numbers({0, 0, 32769}), numbers({1, 0, 100}),
-        numbers({0, kBlock + 1, kBlock}), numbers({99, 0, 1}), numbers({0, 0xFFFFFFFF, 2})})
-    feed(peer, frame(6, bad));
-  EXPECT_TRUE(leecher.take().empty());
-  feed(peer, frame(6, numbers({0, 0, 32768})));
-  EXPECT_EQ(leecher.take().at(0).body.size(), 32776U) << "no limit: at once";
+TEST_F(SessionCoreTest, ServesWhatItHasAtTheUploadLimitAndDropsWhatIsFiveSecondsAhead) {
+  beginSmall();
+  auto& seeder = join(false);
+  auto& early = join(false);
+  know();
+  deliverPiece(seeder, 0);
+  EXPECT_EQ(early.link->said(), "have 0");
+  core->addPeers({{QStringLiteral("10.0.0.2"), 1}});
+  auto& leecher = dialled.back();
+  leecher.peer->connected();
+  EXPECT_TRUE(leecher.on(handshake(payload.infoHash)).ends_with("bitfield 8000, interested"));
+  leecher.on(frame(2));
+  const auto ask = [&](std::uint32_t piece, std::uint32_t begin, std::uint32_t length) {
+    return leecher.on(frame(6, numbers({piece, begin, length})));
+  };
+  EXPECT_EQ(ask(0, 0, 0) + ask(0, 0, 32769) + ask(1, 0, 100) + ask(0, kBlock + 1, kBlock) +
+                ask(99, 0, 1) + ask(0, 0xFFFFFFFF, 2),
+            "");
+  feed(*leecher.peer, frame(6, numbers({0, 0, 32768})));
+  EXPECT_TRUE(std::ranges::equal(ByteSpan(leecher.link->take().at(0).body).subspan(8),
+                                 payload.block(0, 0, 32768)));
+  feed(*leecher.peer, frame(6, numbers({0, 32767, 1})));
+  EXPECT_EQ(leecher.link->take().at(0).body[8], payload.block(0, 32767, 1)[0]);
+  tick();
+  EXPECT_EQ(core->makeSnapshot().upRate, 32769 / 2.0);
+  tick();
+  EXPECT_EQ(core->makeSnapshot().upRate, 32769 / 4.0);
 
   core->setUploadLimit([] { return kBlock; });
-  for (int i = 0; i < 9; ++i) feed(peer, frame(6, numbers({0, kBlock, kBlock})));
-  EXPECT_EQ(leecher.take().size(), 1U);
-  std::vector<std::size_t> perSecond;
-  for (int second = 1; second <= 8; ++second) {
-    world.clock.advance(1);
+  EXPECT_EQ(ask(0, 0, kBlock), "piece 0 0 +16384");
+  for (int i = 0; i < 8; ++i) EXPECT_EQ(ask(0, 0, kBlock), "");
+  std::string perSecond;
+  for (int second = 1; second <= 7; ++second) {
+    EXPECT_EQ(wakeAt, second <= 5 ? 1 : 0) << second;
+    wakeAt = 0;
+    clock.advance(1);
     core->sendDueBlocks();
-    const auto sent = leecher.take();
-    for (const auto& message : sent) EXPECT_EQ(ByteSpan(message.body).size(), kBlock + 8U);
-    perSecond.push_back(sent.size());
+    perSecond += std::to_string(leecher.link->take().size());
   }
-  EXPECT_EQ(perSecond, (std::vector<std::size_t>{1, 1, 1, 1, 1, 0, 0, 0}))
-      << "what would leave later than five seconds ahead was dropped";
-  EXPECT_EQ(core->makeSnapshot().uploaded, 32768 + 6 * kBlock);
+  EXPECT_EQ(perSecond, "1111100") << "what would leave later than five seconds ahead was dropped";
+
+  core->setUploadLimit([] { return 1000; });
+  for (int i = 0; i < 4500; ++i) ask(0, 0, 1);
+  clock.advance(60);
+  core->sendDueBlocks();
+  EXPECT_EQ(leecher.link->take().size(), 4096U) << "no more than that wait, behind the first one";
+  EXPECT_EQ(core->makeSnapshot().uploaded, 32769 + 6 * kBlock + 4097);
 }
 
-TEST_F(SessionCoreTest, AClosedPeersBlocksGoToTheOthersAtOnce) {
-  start();
-  core->setMeta(payload.meta, false);
-  core->select(0, {});
-  core->addPeers(addresses(2));
-  for (std::size_t i : {0U, 1U}) {
-    connect(i);
-    feed(*world.dialled[i].peer, frame(5, ByteVector{std::byte{0xFF}, std::byte{0xC0}}));
+TEST_F(SessionCoreTest, RatesAreHalvedEachSecond) {
+  beginSmall();
+  auto& end = join(false);
+  know();
+  deliver(end, 0, 0);
+  for (const double rate : {kBlock / 2.0, kBlock / 4.0}) {
+    tick();
+    EXPECT_EQ(core->makeSnapshot().downRate, rate);
   }
-  feed(*world.dialled[0].peer, frame(1));
-  EXPECT_EQ(world.dialled[0].link->take().size(), 10U);
-  feed(*world.dialled[1].peer, frame(1));
-  EXPECT_EQ(world.dialled[1].link->take().size(), 10U);
-  for (std::int64_t piece = 5; piece < 10; ++piece)
-    for (const std::int64_t begin : {std::int64_t{0}, kBlock})
-      feed(*world.dialled[1].peer,
-           pieceFrame(static_cast<std::uint32_t>(piece), static_cast<std::uint32_t>(begin),
-                      payload.block(piece, begin, kBlock)));
-  world.dialled[1].link->take();
-  world.dialled[0].peer->close();
-  EXPECT_EQ(world.dialled[1].link->take().size(), 10U) << "without waiting for a tick";
+}
+
+TEST_F(SessionCoreTest, AClosedPeersBlockGoesToTheOthersAtOnce) {
+  begin(makeTorrent({{"a.mkv", kBlock}}, kBlock));
+  auto &one = join(), &other = join();
+  know();
+  EXPECT_EQ(one.asked() + "; " + other.asked(), "0.0; ");
+  one.peer->close();
+  EXPECT_EQ(other.asked(), "0.0") << "without waiting for a tick";
 }
 
 TEST_F(SessionCoreTest, StoppedMeansStopped) {
-  start();
-  core->setMeta(payload.meta, false);
-  core->select(0, {});
-  core->addPeers(addresses(2));
-  RecordingLink& link = connect(0);
+  beginSmall();
+  auto& end = join();
+  know();
+  const auto order = core->scheduler().order();
   core->stop();
-  EXPECT_EQ(link.closed, 1);
-  const auto announced = world.announces.size();
+  EXPECT_EQ(end.link->closed, 1);
   core->onTrackerResult({addresses(9), {}, {}});
   core->onAnnounceDone();
-  tickFor(60);
-  core->setPlayhead(5);
-  EXPECT_EQ(world.dialled.size(), 2U);
-  EXPECT_EQ(world.announces.size(), announced);
-  EXPECT_EQ(core->makeSnapshot().knownPeers, 9);
-  EXPECT_TRUE(QFile::exists(world.directory() + QStringLiteral("/payload.dat")));
+  tick(200);
+  core->setPlayhead(19 * kBlock);
+  EXPECT_EQ(core->scheduler().order(), order);
+  EXPECT_EQ(core->makeSnapshot().knownPeers, 10);
+  EXPECT_FALSE(core->storage().isOpen());
+  QDir(directory).removeRecursively();
+  core->start();
+  EXPECT_FALSE(QDir(directory).exists());
+  EXPECT_EQ(dialled.size(), 1U);
+  EXPECT_EQ(announces.size(), 1U);
 }
 
-TEST_F(SessionCoreTest, ANewSessionBelievesNothingOfAnOldPayload) {
-  start();
+TEST_F(SessionCoreTest, RangesAreThereWhenTheirPiecesAreAndNeverBecauseOfAnOldPayload) {
+  beginSmall();
   core->setMeta(payload.meta, false);
   core->storage().write(0, payload.bytes);
-  core->stop();
-  start();
-  core->setMeta(payload.meta, false);
-  core->select(0, {});
-  EXPECT_FALSE(core->hasRange(0, 1));
-  EXPECT_EQ(core->makeSnapshot().streamProgress, 0.0);
-  ByteVector back(payload.bytes.size());
-  EXPECT_TRUE(core->storage().read(0, back));
-  EXPECT_TRUE(std::ranges::equal(back, payload.bytes)) << "what stood in the file is left standing";
-}
-
-TEST_F(SessionCoreTest, RangesAreThereWhenTheirPiecesAre) {
-  start();
+  beginSmall();
   EXPECT_FALSE(core->hasRange(0, 1)) << "before the metadata";
-  core->setMeta(payload.meta, false);
-  core->select(0, {});
-  core->addPeers(addresses(1));
-  connect(0);
-  for (const std::int64_t begin : {std::int64_t{0}, kBlock})
-    feed(*world.dialled[0].peer,
-         pieceFrame(9, static_cast<std::uint32_t>(begin), payload.block(9, begin, kBlock)));
-  const std::int64_t start = 18 * kBlock;
-  EXPECT_TRUE(core->hasRange(start, 2 * kBlock));
-  EXPECT_FALSE(core->hasRange(start, 0));
-  EXPECT_FALSE(core->hasRange(start - 1, 2));
-  EXPECT_FALSE(core->hasRange(start, 2 * kBlock + 1));
-  EXPECT_FALSE(core->hasRange(-1, 1));
-  EXPECT_FALSE(core->hasRange(start, std::numeric_limits<std::int64_t>::max()));
+  know();
+  EXPECT_FALSE(core->hasRange(0, 1));
+  EXPECT_TRUE(holdsThePayload()) << "what stood in the file is left standing";
+  auto& end = join(false);
+  for (const std::int64_t piece : {0, 1, 5, 9}) deliverPiece(end, piece);
+  const std::int64_t piece = 2 * kBlock;
+  const struct {
+    std::int64_t begin, length;
+    bool there;
+  } cases[] = {{0, 1, true},
+               {0, 2 * piece, true},
+               {0, 2 * piece + 1, false},
+               {5 * piece, piece, true},
+               {5 * piece - 1, 2, false},
+               {5 * piece, piece + 1, false},
+               {9 * piece, piece, true},
+               {9 * piece, piece + 1, false},
+               {9 * piece, 0, false},
+               {-1, 1, false},
+               {9 * piece, std::numeric_limits<std::int64_t>::max(), false}};
+  for (const auto& [begin, length, there] : cases)
+    EXPECT_EQ(core->hasRange(begin, length), there) << begin << ' ' << length;
 }
 
 } // namespace

@@ -1,29 +1,115 @@
-// The world of a SessionCore without sockets: dialled peers are links that a test plays.
+// The world of a session core without sockets: dialled peers are links that a test plays.
 #pragma once
 #include "Frames.h"
-#include "MadeTorrent.h"
 #include "engine/SessionCore.h"
 #include "support/ManualClock.h"
+#include "world/SeededTorrent.h"
 #include <QTemporaryDir>
 
 namespace vellum::test {
 
-class SwarmWorld final : public SessionCore::Outside {
+inline constexpr std::int64_t kBlock = kBlockSize;
+
+// A torrent as a session core sees it: its metadata beside its bytes.
+struct MadeTorrent {
+  std::shared_ptr<const TorrentMeta> meta;
+  ByteSpan bytes;
+  ByteVector infoRaw;
+  Hash20 infoHash{};
+  world::SeededTorrent torrent; // owns the bytes
+
+  ByteSpan block(std::int64_t piece, std::int64_t begin, std::int64_t length) const {
+    return bytes.subspan(static_cast<std::size_t>(piece * meta->pieceLength + begin),
+                         static_cast<std::size_t>(length));
+  }
+};
+
+struct MadeFile {
+  const char* name;
+  std::int64_t size = 0;
+};
+
+inline MadeTorrent makeTorrent(const std::vector<MadeFile>& files, std::int64_t pieceLength) {
+  std::vector<world::TestFile> contents;
+  for (const auto& [name, size] : files)
+    contents.push_back(
+        {QString::fromUtf8(name),
+         world::pseudoRandomBytes(static_cast<std::size_t>(size), contents.size() + 1)});
+  MadeTorrent made;
+  made.torrent = world::SeededTorrent::make(QStringLiteral("Film"), contents, pieceLength);
+  made.bytes = made.torrent.payload->bytes();
+  made.infoRaw = toVector(asBytes(made.torrent.infoRaw));
+  made.infoHash = made.torrent.infoHash;
+  made.meta = std::make_shared<const TorrentMeta>(*TorrentMeta::parse(made.infoRaw));
+  return made;
+}
+
+class SwarmWorld : public SessionCore::Outside {
 public:
   struct Dialled {
     PeerAddr address;
     std::shared_ptr<PeerConn> peer;
     std::shared_ptr<RecordingLink> link;
+
+    // What the session says to these bytes.
+    std::string on(ByteSpan bytes) const {
+      feed(*peer, bytes);
+      return link->said();
+    }
+    // The blocks asked for since the last call, each as "piece.block", with the length of a short
+    // one; whatever else was said is left out.
+    std::string asked() const {
+      std::string out;
+      for (const auto& message : link->take())
+        if (message.id == 6)
+          out += (out.empty() ? "" : " ") + std::to_string(message.number(0)) + '.' +
+                 std::to_string(message.number(1) / kBlock) +
+                 (message.number(2) == kBlock ? "" : '+' + std::to_string(message.number(2)));
+      return out;
+    }
   };
 
-  std::unique_ptr<SessionCore> makeCore(const Hash20& infoHash, QStringList trackers = {},
-                                        QString title = {}) {
+  // A session that has started, in the folder of the one before.
+  void begin(MadeTorrent torrent, QStringList trackers = {}, QString title = {}) {
+    payload = std::move(torrent);
+    core.reset();
     dialled.clear();
     announces.clear();
-    SessionCore::Config config{infoHash, {}, std::move(trackers), std::move(title), directory()};
-    return std::make_unique<SessionCore>(std::move(config), clock, *this);
+    core = std::make_unique<SessionCore>(
+        SessionCore::Config{payload.infoHash, {}, std::move(trackers), std::move(title), directory},
+        clock, *this);
+    core->start();
   }
-  QString directory() const { return m_folder.filePath(QStringLiteral("session")); }
+  // It knows its files and fetches the first one.
+  void know(const std::vector<int>& subtitles = {}) {
+    core->setMeta(payload.meta, false);
+    core->select(0, subtitles);
+  }
+  // One more peer, greeted; with everything, and unchoking, or without.
+  Dialled& join(bool seeds = true) {
+    core->addPeers({{QStringLiteral("10.0.0.1"), static_cast<std::uint16_t>(++m_joined)}});
+    Dialled& end = dialled.back();
+    end.peer->connected();
+    feed(*end.peer, handshake(payload.infoHash));
+    end.link->take();
+    if (seeds) feed(*end.peer, frame(5, ByteVector(2000, std::byte{0xFF})));
+    if (seeds) feed(*end.peer, frame(1));
+    return end;
+  }
+  void deliver(const Dialled& from, std::int64_t piece, std::int64_t begin,
+               std::int64_t length = kBlock) const {
+    feed(*from.peer,
+         pieceFrame(static_cast<std::uint32_t>(piece), static_cast<std::uint32_t>(begin),
+                    payload.block(piece, begin, length)));
+  }
+  void tick(double seconds = 1) {
+    clock.advance(seconds);
+    core->tick();
+  }
+  bool holdsThePayload() {
+    ByteVector onDisk(payload.bytes.size());
+    return core->storage().read(0, onDisk) && std::ranges::equal(onDisk, payload.bytes);
+  }
 
   std::shared_ptr<PeerLink> dial(const PeerAddr& address, std::shared_ptr<PeerConn> peer) override {
     auto link = std::make_shared<RecordingLink>();
@@ -31,18 +117,23 @@ public:
     return link;
   }
   void announce(const QStringList& trackers) override { announces.push_back(trackers); }
-  void wakeForUploads(TimePoint) override {}
+  void wakeForUploads(TimePoint at) override { wakeAt = secondsBetween(clock.now(), at); }
   void metadataArrived() override { ++metadataArrivals; }
   void milestone() override { ++milestones; }
 
   ManualClock clock;
-  std::vector<Dialled> dialled;
+  MadeTorrent payload;
+  std::deque<Dialled> dialled;
   std::vector<QStringList> announces;
+  double wakeAt = 0; // seconds from the moment of the wish
   int metadataArrivals = 0;
   int milestones = 0;
+  QTemporaryDir folder;
+  QString directory = folder.filePath(QStringLiteral("session"));
+  std::unique_ptr<SessionCore> core;
 
 private:
-  QTemporaryDir m_folder;
+  int m_joined = 0;
 };
 
 } // namespace vellum::test
