@@ -25,6 +25,12 @@ public:
     std::this_thread::sleep_for(std::chrono::milliseconds(2));
     say(ByteSpan(ours).subspan(1));
   }
+  // Goes on to where it may ask for blocks.
+  void leech(const Hash20& infoHash) {
+    greet(infoHash);
+    say(frame(2));
+    hear(1);
+  }
   void say(ByteSpan bytes) {
     wait([&](auto done) {
       asio::async_write(m_socket, asio::buffer(bytes.data(), bytes.size()), done);

@@ -91,9 +91,7 @@ TEST_F(TorrentEngineTest, UploadsKeepToTheLimitOfTheSettings) {
   limit = 40'000;
   PlayedPeer leecher;
   session->addPeers({loopback(leecher.port())});
-  leecher.greet(torrent.infoHash);
-  leecher.say(frame(2));
-  leecher.hear(1);
+  leecher.leech(torrent.infoHash);
   const double seconds = secondsFor([&] {
     for (std::uint32_t i = 0; i < 4; ++i) leecher.say(frame(6, numbers({i, 0, 10'000})));
     for (std::uint32_t i = 0; i < 4; ++i) EXPECT_EQ(leecher.hear(7).number(0), i);
