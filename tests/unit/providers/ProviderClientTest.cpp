@@ -39,7 +39,7 @@ TEST(ResponseClassifier, LooksAtTheBytes) {
     return ResponseClassifier::classify(body, text(type));
   };
   const std::pair<Kind, std::vector<QByteArray>> kinds[] = {
-      {Kind::Json, {"{}", " \r\n[1]", "\xef\xbb\xbf\n{", late + " ddos-guard", "[\"<html>\"]"}},
+      {Kind::Json, {"{ ", " \r\n[1]", "\xef\xbb\xbf\n{", late + " ddos-guard", "[\"<html>\"]"}},
       {Kind::Html,
        {" <!DOCTYPE HTML>", "<Head>", "<body", "<html", "{\"Just a MOMENT...\"}",
         "<?xml?><x>challenge-platform", "[\"Attention Required! | Cloudflare\"]",

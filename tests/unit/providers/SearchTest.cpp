@@ -99,6 +99,10 @@ TEST_F(SearchAggregatorTest, ShowsResultsAsEachProviderAnswers) {
   EXPECT_EQ(shown(aggregator->results()),
             "Aab; Aab; A,B; seeders=9; hash=ab\nBcd; Bcd; B; hash=cd");
   EXPECT_EQ(status(1).count, 2U);
+  slow->open = false; // what it found before is of the search before
+  aggregator->search(text("words"), providers);
+  ASSERT_TRUE(turnUntil([&] { return status(1).state == State::Ok; }));
+  EXPECT_EQ(shown(aggregator->results()), "BAB; BAB; B; seeders=9; hash=AB\nBcd; Bcd; B; hash=cd");
 }
 
 TEST_F(SearchAggregatorTest, AFailureCostsItsOwnRow) {
