@@ -14,6 +14,7 @@
 
 namespace vellum::test {
 
+using namespace Qt::StringLiterals;
 using namespace world;
 namespace {
 
@@ -42,7 +43,7 @@ struct NoPrograms final : ExternalPlayers::Desktop {
 struct PressedPlayTest : testing::Test, MainThread {
   PressedPlayTest() {
     QDir().mkpath(content);
-    QFile::copy(QStringLiteral(TEST_FILM), content + QStringLiteral("/film.mkv"));
+    QFile::copy(QStringLiteral(TEST_FILM), content + u"/film.mkv"_s);
     write("film.srt", "1\n00:00:00,000 --> 00:00:09,000\nHello\n");
   }
   void write(const char* name, const QByteArray& bytes) {
@@ -55,15 +56,15 @@ struct PressedPlayTest : testing::Test, MainThread {
     TorrentResult made;
     made.infoHash = toHex(torrent.infoHash);
     made.id = *made.infoHash;
-    made.title = QStringLiteral("Film");
-    made.magnet = torrent.magnet({}, {QStringLiteral("127.0.0.1:%1").arg(seeder)});
+    made.title = u"Film"_s;
+    made.magnet = torrent.magnet({}, {u"127.0.0.1:%1"_s.arg(seeder)});
     return made;
   }
-  QString streams() const { return state.cache.torrentDir() + QStringLiteral("/streams"); }
+  QString streams() const { return state.cache.torrentDir() + u"/streams"_s; }
 
   QTemporaryDir folder;
-  const QString content = folder.filePath(QStringLiteral("content"));
-  Runtime runtime{folder.filePath(QStringLiteral("preferences.json"))};
+  const QString content = folder.filePath(u"content"_s);
+  Runtime runtime{folder.filePath(u"preferences.json"_s)};
   AppState state{runtime, {}};
 };
 
@@ -83,19 +84,33 @@ TEST_F(PressedPlayTest, BecomesAPictureThatTheDesktopSteersAndLeavesNothingBehin
   const LoopbackSeeder seeder(film);
   const TorrentResult row = result(film, seeder.port());
   coordinator.playFromSearchResult(row);
+
+  // Meanwhile: what shall be saved is shown among the downloads, or why not.
+  Q_EMIT state.catalog.searchScreenWanted();
+  EXPECT_EQ(window.navigation.section(), SidebarSection::Search);
+  const MediaItem item;
+  window.navigation.setSelectedItem(item);
+  ArchiveFile file{u"f.mp4"_s, {}, INT64_MAX, QUrl(u"http://127.0.0.1:1/f.mp4"_s)};
+  window.entries.download(file, item, state.downloads);
+  EXPECT_TRUE(window.navigation.notice() && window.navigation.selectedItem());
+  file.size.reset();
+  window.entries.download(file, item, state.downloads);
+  EXPECT_EQ(window.navigation.section(), SidebarSection::Downloads);
+  EXPECT_FALSE(window.navigation.selectedItem());
+
   ASSERT_TRUE(turnUntil([&] { return player.currentTime() > 0.1; }))
       << player.error().toStdString();
   EXPECT_EQ(coordinator.stream()->stage, StreamStage::Playing);
   EXPECT_EQ(coordinator.rowStates().value(row.id).kind, RowState::Kind::Playing);
-  EXPECT_TRUE(player.currentURL().toString().startsWith(QStringLiteral("http://127.0.0.1:")));
+  EXPECT_TRUE(player.currentURL().toString().startsWith(u"http://127.0.0.1:"_s));
   const auto line = [&] { return window.playback.subtitles.currentText(); };
-  EXPECT_TRUE(turnUntil([&] { return line() == QStringLiteral("Hello"); }));
-  EXPECT_EQ(state.library.history().front().key, row.id + QStringLiteral("|content/film.mkv"));
+  EXPECT_TRUE(turnUntil([&] { return line() == u"Hello"_s; }));
+  EXPECT_EQ(state.library.history().front().key, row.id + u"|content/film.mkv"_s);
   EXPECT_TRUE(QDir(streams()).exists(row.id));
   EXPECT_TRUE(window.navigation.showPlayer());
   EXPECT_TRUE(turnUntil([&] { return desktop.shown.duration > 2; }));
   EXPECT_TRUE(desktop.shown.isLoaded && desktop.shown.isPlaying && desktop.isAwake);
-  EXPECT_EQ(desktop.shown.title, QStringLiteral("Film"));
+  EXPECT_EQ(desktop.shown.title, u"Film"_s);
 
   for (int i = 0; i < 2; ++i) Q_EMIT desktop.pause(); // twice is once
   EXPECT_FALSE(player.isPlaying() || desktop.shown.isPlaying || desktop.isAwake);
@@ -135,7 +150,7 @@ TEST_F(PressedPlayTest, ThatCannotBeDecodedFailsInWords) {
   Playback playback(runtime, state.settings, state.engine, state.library, programs,
                     AudioOutput::Silent);
   playback.player.picture()->viewInSoftware(this, 160, 90);
-  QFile::remove(content + QStringLiteral("/film.mkv"));
+  QFile::remove(content + u"/film.mkv"_s);
   write("film.mkv", QByteArray(2'000'000, 'x'));
   const SeededTorrent noise = torrent();
   const LoopbackSeeder seeder(noise);
@@ -158,22 +173,6 @@ TEST_F(PressedPlayTest, ThatCannotBeDecodedFailsInWords) {
   runFlow(playback.services.sleep(std::chrono::milliseconds(20)));
   EXPECT_GE(secondsBetween(before, runtime.clock.now()), 0.02);
   // And the program may end in the midst of it.
-}
-
-TEST_F(PressedPlayTest, SaveShowsTheDownloadsOrWhyNot) {
-  WindowState window(runtime, state, AudioOutput::Silent);
-  Q_EMIT state.catalog.searchScreenWanted();
-  EXPECT_EQ(window.navigation.section(), SidebarSection::Search);
-  MediaItem item;
-  window.navigation.setSelectedItem(item);
-  ArchiveFile file{
-      QStringLiteral("f.mp4"), {}, INT64_MAX, QUrl(QStringLiteral("http://127.0.0.1:1/f.mp4"))};
-  window.entries.download(file, item, state.downloads);
-  EXPECT_TRUE(window.navigation.notice() && window.navigation.selectedItem());
-  file.size.reset();
-  window.entries.download(file, item, state.downloads);
-  EXPECT_EQ(window.navigation.section(), SidebarSection::Downloads);
-  EXPECT_FALSE(window.navigation.selectedItem());
 }
 
 TEST(StopSignals, TheFirstIsHeardAndTheSecondEndsTheProcess) {

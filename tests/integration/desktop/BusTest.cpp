@@ -15,6 +15,7 @@
 
 namespace vellum::test {
 
+using namespace Qt::StringLiterals;
 using namespace world;
 namespace {
 
@@ -40,17 +41,17 @@ struct BusTest : ::testing::Test, MainThread {
   }
 
   QTemporaryDir folder;
-  const QString address = QStringLiteral("unix:path=") + folder.filePath(QStringLiteral("bus"));
+  const QString address = u"unix:path="_s + folder.filePath(u"bus"_s);
   platform::ChildProcess daemon;
-  const bool isStarted = daemon.launch(
-      platform::findProgram(QStringLiteral("dbus-daemon")),
-      (QStringLiteral("--session --nofork --nosyslog --address=") + address).split(u' '));
+  const bool isStarted =
+      daemon.launch(platform::findProgram(u"dbus-daemon"_s),
+                    (u"--session --nofork --nosyslog --address="_s + address).split(u' '));
   QStringList connected;
   QDBusConnection desktop = connect("desktop");
   QDBusConnection ours = connect("ours");
 };
 
-const QString kProperties = QStringLiteral("org.freedesktop.DBus.Properties");
+const QString kProperties = u"org.freedesktop.DBus.Properties"_s;
 
 class Listener : public QObject {
   Q_OBJECT
@@ -71,10 +72,9 @@ public Q_SLOTS:
 
 struct MprisTest : BusTest {
   MprisTest() {
-    desktop.connect({}, path, kProperties, QStringLiteral("PropertiesChanged"), &listener,
+    desktop.connect({}, path, kProperties, u"PropertiesChanged"_s, &listener,
                     SLOT(hear(QDBusMessage)));
-    desktop.connect({}, path, interface, QStringLiteral("Seeked"), &listener,
-                    SLOT(hear(QDBusMessage)));
+    desktop.connect({}, path, interface, u"Seeked"_s, &listener, SLOT(hear(QDBusMessage)));
     const auto note = [this](const char* wish) {
       return [this, wish](auto... seconds) {
         commands += wish;
@@ -118,12 +118,8 @@ struct MprisTest : BusTest {
     return listener.changed;
   }
   static MediaStatus film(double position, double duration = 5400) {
-    return {true,
-            true,
-            QStringLiteral("„Film“ 映画"),
-            QUrl(QStringLiteral("http://127.0.0.1/poster a.jpg")),
-            position,
-            duration};
+    return {true,     true,    u"„Film“ 映画"_s, QUrl(u"http://127.0.0.1/poster a.jpg"_s),
+            position, duration};
   }
 
   const QString name = QLatin1String(Mpris::kName), path = QLatin1String(Mpris::kPath),
@@ -135,32 +131,31 @@ struct MprisTest : BusTest {
 };
 
 TEST_F(MprisTest, ShowsWhatPlaysAndAnnouncesWhatHasChanged) {
-  const QString canSeek = QStringLiteral("CanSeek"), state = QStringLiteral("PlaybackStatus");
-  EXPECT_EQ(announced(film(61, 0))[state], QStringLiteral("Playing"));
+  const QString canSeek = u"CanSeek"_s, state = u"PlaybackStatus"_s;
+  EXPECT_EQ(announced(film(61, 0))[state], u"Playing"_s);
   EXPECT_FALSE(listener.changed.contains(canSeek));
   EXPECT_EQ(announced(film(61, 1))[canSeek], true);
-  EXPECT_EQ(qdbus_cast<QVariantMap>(properties[QStringLiteral("Metadata")]),
-            (QVariantMap{
-                {QStringLiteral("mpris:trackid"), QVariant::fromValue(player.track())},
-                {QStringLiteral("mpris:length"), 1'000'000LL},
-                {QStringLiteral("mpris:artUrl"), QStringLiteral("http://127.0.0.1/poster%20a.jpg")},
-                {QStringLiteral("xesam:title"), film(0).title}}));
+  EXPECT_EQ(qdbus_cast<QVariantMap>(properties[u"Metadata"_s]),
+            (QVariantMap{{u"mpris:trackid"_s, QVariant::fromValue(player.track())},
+                         {u"mpris:length"_s, 1'000'000LL},
+                         {u"mpris:artUrl"_s, u"http://127.0.0.1/poster%20a.jpg"_s},
+                         {u"xesam:title"_s, film(0).title}}));
   announced(film(61.5));
   EXPECT_EQ(announced(film(62)), QVariantMap()); // it goes on
   MediaStatus paused = film(62);
   paused.isPlaying = false;
-  EXPECT_EQ(announced(paused), (QVariantMap{{state, QStringLiteral("Paused")}}));
+  EXPECT_EQ(announced(paused), (QVariantMap{{state, u"Paused"_s}}));
   paused.position = 30;
   EXPECT_EQ(announced(paused), QVariantMap());
   EXPECT_EQ(listener.jumps, QList<qlonglong>{30'000'000});
-  EXPECT_EQ(properties[QStringLiteral("Position")], 30'000'000);
+  EXPECT_EQ(properties[u"Position"_s], 30'000'000);
   for (const auto& [rate, bound] : {std::pair(2.0, "MaximumRate"), std::pair(0.5, "MinimumRate")}) {
     paused.rate = rate;
     EXPECT_EQ(announced(paused)[QLatin1String(bound)], rate);
     EXPECT_EQ(properties[QLatin1String(bound)], rate);
   }
   std::string tracks;
-  const QString another = QStringLiteral("Another");
+  const QString another = u"Another"_s;
   for (const QString& title : {paused.title, another, QString(), another}) {
     paused.title = title;
     paused.isLoaded = !title.isEmpty();
@@ -168,16 +163,15 @@ TEST_F(MprisTest, ShowsWhatPlaysAndAnnouncesWhatHasChanged) {
     tracks += player.track().path().section(u'/', -1).toStdString() + ' ';
   }
   EXPECT_EQ(tracks, "1 2 NoTrack 3 ");
-  EXPECT_EQ(announced({})[state], QStringLiteral("Stopped"));
+  EXPECT_EQ(announced({})[state], u"Stopped"_s);
 }
 
 TEST_F(MprisTest, PassesOnWhatIsAskedWithinTheFilm) {
   const auto volume = [&](double value) {
-    return QVariantList{interface, QStringLiteral("Volume"),
-                        QVariant::fromValue(QDBusVariant(value))};
+    return QVariantList{interface, u"Volume"_s, QVariant::fromValue(QDBusVariant(value))};
   };
   const auto place = [](int track, qlonglong microseconds) {
-    const QDBusObjectPath film(QStringLiteral("/org/vellum/track/%1").arg(track));
+    const QDBusObjectPath film(u"/org/vellum/track/%1"_s.arg(track));
     return QVariantList{QVariant::fromValue(film), microseconds};
   };
   const auto by = [](qlonglong seconds) { return QVariantList{seconds * 1'000'000}; };
@@ -207,19 +201,19 @@ TEST_F(MprisTest, PassesOnWhatIsAskedWithinTheFilm) {
   for (const auto& [method, arguments, expected] : cases)
     EXPECT_EQ(asked(method, arguments), expected) << method;
   commands.clear();
-  call(QStringLiteral("org.mpris.MediaPlayer2"), "Raise", {});
+  call(u"org.mpris.MediaPlayer2"_s, "Raise", {});
   EXPECT_EQ(commands, "raise");
 }
 
 TEST_F(MprisTest, ASecondOneTakesANameWithASuffixAndGivesItBack) {
   const QDBusConnection bus = connect("second");
   auto second = std::make_unique<Mpris>(bus);
-  const auto suffix = QStringLiteral(".instance%1").arg(QCoreApplication::applicationPid());
+  const auto suffix = u".instance%1"_s.arg(QCoreApplication::applicationPid());
   EXPECT_TRUE(turnUntil([&] { return names() == QStringList{name, name + suffix}; }));
   settle({bus});
   second.reset();
   EXPECT_TRUE(turnUntil([&] { return names() == QStringList{name}; }));
-  Mpris alone(QDBusConnection(QStringLiteral("nowhere"))); // which is no trouble
+  Mpris alone(QDBusConnection(u"nowhere"_s)); // which is no trouble
   for (const double position : {1, 60}) alone.show(film(position));
 }
 
@@ -240,7 +234,7 @@ TEST_F(BusTest, TheScreenIsHeldByTheScreenSaverOrElseTheLoginManagerAndLetGo) {
   Inhibitors desk;
   const auto toOurs = [this] { return ours; };
   platform::SleepInhibitor sleep(toOurs, toOurs);
-  const QString why = QStringLiteral("film");
+  const QString why = u"film"_s;
   const auto logs = [&](const char* expected) {
     return turnUntil([&] { return desk.log == QLatin1String(expected); });
   };
@@ -259,7 +253,7 @@ TEST_F(BusTest, TheScreenIsHeldByTheScreenSaverOrElseTheLoginManagerAndLetGo) {
   sleep.release();
   EXPECT_TRUE(logs("UnInhibit 7")) << desk.log.toStdString();
 
-  desktop.unregisterService(QStringLiteral("org.freedesktop.ScreenSaver"));
+  desktop.unregisterService(u"org.freedesktop.ScreenSaver"_s);
   serve("org.freedesktop.login1", "/org/freedesktop/login1");
   int ends[2];
   ASSERT_EQ(pipe(ends), 0);
@@ -277,7 +271,7 @@ TEST_F(BusTest, TheScreenIsHeldByTheScreenSaverOrElseTheLoginManagerAndLetGo) {
   close(ends[0]);
 
   int asked = 0; // where there is no bus
-  const auto nowhere = [&] { return ++asked, QDBusConnection(QStringLiteral("nowhere")); };
+  const auto nowhere = [&] { return ++asked, QDBusConnection(u"nowhere"_s); };
   platform::SleepInhibitor(nowhere, nowhere).hold(why);
   EXPECT_EQ(asked, 2);
 }

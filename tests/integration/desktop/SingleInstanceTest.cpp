@@ -13,32 +13,14 @@
 
 namespace vellum::test {
 
+using namespace Qt::StringLiterals;
 using namespace world;
 namespace {
 
-using handover::Arrival;
 using Start = SingleInstance::Start;
 using namespace std::chrono_literals;
-const QString kMagnet = QStringLiteral("magnet:?xt=urn:btih:00");
+const QString kMagnet = u"magnet:?xt=urn:btih:00"_s;
 const QString kLongest(handover::kLargest - 1, u'a'); // of one link
-
-TEST(HandoverMessage, ArrivesWholeHoweverItIsCutAndIsBounded) {
-  for (const QStringList& sent :
-       {QStringList{kMagnet, QStringLiteral("/tmp/Ünï.torrent")}, QStringList()}) {
-    const QByteArray bytes = handover::encode(sent).value();
-    for (qsizetype cut = 0; cut < bytes.size(); ++cut)
-      EXPECT_EQ(handover::arrival(bytes.first(cut)), Arrival::Incomplete) << cut;
-    ASSERT_EQ(handover::arrival(bytes), Arrival::Complete);
-    EXPECT_EQ(handover::decode(bytes), sent);
-    EXPECT_EQ(handover::arrival(bytes + 'x'), Arrival::Wrong);
-  }
-  EXPECT_EQ(handover::arrival(handover::encode({kLongest}).value()), Arrival::Complete);
-  EXPECT_FALSE(handover::encode({kLongest, QStringLiteral("b")}));
-  EXPECT_EQ(handover::arrival(QByteArray("\x00\x01\x00\x00", 4)), Arrival::Incomplete);
-  EXPECT_EQ(handover::arrival(QByteArray("\x00\x01\x00\x01", 4)), Arrival::Wrong);
-  EXPECT_EQ(handover::arrival(QByteArray("\xff\xff\xff\xff", 4)), Arrival::Wrong);
-  EXPECT_EQ(handover::arrival(QByteArray("\x00\x00\x00\x01z", 5)), Arrival::Wrong); // no end
-}
 
 struct SingleInstanceTest : ::testing::Test, MainThread {
   // The running one, on this thread, with what others hand over to it.
@@ -64,17 +46,17 @@ struct SingleInstanceTest : ::testing::Test, MainThread {
   }
 
   QTemporaryDir root;
-  QString folder = root.filePath(QStringLiteral("made/run"));
+  QString folder = root.filePath(u"made/run"_s);
   QList<QStringList> opened;
 };
 
 TEST_F(SingleInstanceTest, ASecondStartHandsItsLinksOverAndTheNextOneTakesThePlace) {
   auto running = first();
-  const QList<QStringList> links{{kMagnet, QStringLiteral("/tmp/ä b.torrent")}, {}, {kLongest}};
+  const QList<QStringList> links{{kMagnet, u"/tmp/ä b.torrent"_s}, {}, {kLongest}};
   for (const QStringList& some : links) EXPECT_EQ(another(some), Start::HandedOver);
   EXPECT_EQ(opened, links);
   EXPECT_EQ(mode(folder), 0700U);
-  EXPECT_EQ(mode(folder + QStringLiteral("/lock")), 0600U);
+  EXPECT_EQ(mode(folder + u"/lock"_s), 0600U);
   running.reset();
   QFile left(meetingSocket(folder)); // by a crash
   ASSERT_TRUE(left.open(QIODevice::WriteOnly));
@@ -106,8 +88,9 @@ TEST_F(SingleInstanceTest, BadVisitorsDisturbNobody) {
                             good.first(9),
                             QByteArray(4, '\xff'),
                             good + "more",
-                            QByteArray("\x00\x01\x00\x00", 4) + QByteArray(300'000, 'x')};
-  for (const int kinds : {1, 5}) {
+                            QByteArray("\0\0\0\1z", 5), // no end
+                            QByteArray("\0\1\0\0", 4) + QByteArray(300'000, 'x')};
+  for (const int kinds : {1, 6}) {
     std::vector<std::unique_ptr<QLocalSocket>> visitors;
     std::vector<int> gone;
     for (int i = 0; i < 20; ++i) { // four more than are let in at a time
@@ -137,12 +120,12 @@ TEST_F(SingleInstanceTest, OneThatDoesNotAnswerIsNotWaitedForLong) {
   const auto running = first();
   EXPECT_EQ(hasty.start({kMagnet}), Start::Unanswered); // this thread cannot answer meanwhile
   EXPECT_EQ(another({kLongest, kMagnet}), Start::Unanswered);
-  folder = meetingSocket(folder) + QStringLiteral("/below");
+  folder = meetingSocket(folder) + u"/below"_s;
   EXPECT_EQ(another({}), Start::First); // there is no place to look for one
 }
 
 TEST_F(SingleInstanceTest, TheMeetingPlaceIsShortAndOursAlone) {
-  const auto open = [] { return QDir(QStringLiteral("/proc/self/fd")).entryList().size(); };
+  const auto open = [] { return QDir(u"/proc/self/fd"_s).entryList().size(); };
   const auto before = open();
   const QString longName = root.filePath(QString(200, u'x'));
   const QString places[] = {meetingPlace(longName).value(), meetingPlace(longName + u'y').value()};
@@ -154,14 +137,14 @@ TEST_F(SingleInstanceTest, TheMeetingPlaceIsShortAndOursAlone) {
   }
   // One that is open is closed, one of somebody else refused, a link that somebody laid not
   // followed.
-  ASSERT_TRUE(QDir(root.path()).mkdir(QStringLiteral("open")));
-  folder = root.filePath(QStringLiteral("open"));
+  ASSERT_TRUE(QDir(root.path()).mkdir(u"open"_s));
+  folder = root.filePath(u"open"_s);
   chmod(folder.toUtf8().constData(), 0755);
   EXPECT_TRUE(meetingPlace(folder));
   EXPECT_EQ(mode(folder), 0700U);
   const bool isChanged = chown(folder.toUtf8().constData(), 12345, 12345) == 0; // as root
-  EXPECT_FALSE(meetingPlace(isChanged ? folder : QStringLiteral("/usr")));
-  const QString laid = root.filePath(QStringLiteral("laid"));
+  EXPECT_FALSE(meetingPlace(isChanged ? folder : u"/usr"_s));
+  const QString laid = root.filePath(u"laid"_s);
   ASSERT_TRUE(QFile::link(root.path(), laid));
   EXPECT_FALSE(meetingPlace(laid));
   EXPECT_EQ(open(), before);

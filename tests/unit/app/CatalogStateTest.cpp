@@ -7,14 +7,13 @@
 
 namespace vellum::test {
 
+using namespace Qt::StringLiterals;
 using namespace world;
 namespace {
 
-QString text(const char* latin1) { return QString::fromLatin1(latin1); }
-
-MediaItems items(const char* id, const QStringList& subjects = {}) {
+MediaItems items(const QString& id, const QStringList& subjects = {}) {
   MediaItem item;
-  item.id = text(id);
+  item.id = id;
   item.subjects = subjects;
   return {item};
 }
@@ -41,8 +40,8 @@ struct CatalogStateTest : testing::Test, MainThread {
     state->loadHome();
     EXPECT_TRUE(turnUntil([&] { return !state->homeLoading(); }));
   }
-  void search(const char* words) {
-    state->searchFor(text(words));
+  void search(const QString& words) {
+    state->searchFor(words);
     EXPECT_TRUE(turnUntil([&] { return !state->searching(); }));
   }
 
@@ -54,31 +53,31 @@ struct CatalogStateTest : testing::Test, MainThread {
 };
 
 TEST_F(CatalogStateTest, LoadsBothShelvesOnce) {
-  const QString featured = text("collection:(feature_films)"), popular = text("week desc");
+  const QString featured = u"collection:(feature_films)"_s, popular = u"week desc"_s;
   load();
   EXPECT_EQ(state->homeError(), popular); // the second failure overwrites the first
   std::sort(asked.begin(), asked.end(), [](auto& a, auto& b) { return a.sort < b.sort; });
-  EXPECT_EQ(asked, (std::vector<CatalogQuery>{{{}, featured, text("downloads desc"), 24, 1},
+  EXPECT_EQ(asked, (std::vector<CatalogQuery>{{{}, featured, u"downloads desc"_s, 24, 1},
                                               {{}, {}, popular, 24, 1}}));
 
-  answers[popular] = items("p", {text("noir")});
+  answers[popular] = items(u"p"_s, {u"noir"_s});
   held[featured] = true; // the first shelf is shown first, whichever comes first
   state->loadHome();
   EXPECT_FALSE(state->homeError());
   EXPECT_TRUE(turnUntil([&] { return answered == 3; }));
-  search("whose answer comes behind it");
+  search(u"whose answer comes behind it"_s);
   EXPECT_TRUE(state->homeLoading() && state->popular().empty());
   held[featured] = false;
   ASSERT_TRUE(turnUntil([&] { return !state->homeLoading(); }));
   EXPECT_EQ(state->homeError(), featured);
-  EXPECT_EQ(state->popular().front().id, text("p"));
+  EXPECT_EQ(state->popular().front().id, u"p"_s);
 
-  answers[featured] = items("f", {text("drama")});
+  answers[featured] = items(u"f"_s, {u"drama"_s});
   answers.erase(popular);
   load();
-  EXPECT_EQ(state->featured().front().id, text("f"));
-  EXPECT_EQ(state->popular().front().id, text("p")); // a failure leaves what was there
-  EXPECT_EQ(state->suggestions(), (QStringList{text("drama"), text("noir")}));
+  EXPECT_EQ(state->featured().front().id, u"f"_s);
+  EXPECT_EQ(state->popular().front().id, u"p"_s); // a failure leaves what was there
+  EXPECT_EQ(state->suggestions(), (QStringList{u"drama"_s, u"noir"_s}));
   const std::size_t before = asked.size();
   state->loadHome();
   EXPECT_FALSE(state->homeLoading());
@@ -89,25 +88,25 @@ TEST_F(CatalogStateTest, SearchesForWordsThatAreNotBlank) {
   QStringList told;
   QObject::connect(&*state, &CatalogState::searchQueryChanged, &app,
                    [&] { told += state->searchQuery(); });
-  search("unknown");
-  EXPECT_EQ(state->searchError(), text("unknown"));
-  answers[text("a b")] = items("found");
-  search(" a b\n");
-  EXPECT_EQ(state->searchResults(), items("found"));
+  search(u"unknown"_s);
+  EXPECT_EQ(state->searchError(), u"unknown"_s);
+  answers[u"a b"_s] = items(u"found"_s);
+  search(u" a b\n"_s);
+  EXPECT_EQ(state->searchResults(), items(u"found"_s));
   EXPECT_FALSE(state->searchError());
-  EXPECT_EQ(asked.back(), (CatalogQuery{text("a b"), {}, text("downloads desc"), 60, 1}));
-  for (int i = 0; i < 2; ++i) state->searchFor(text("  "));
+  EXPECT_EQ(asked.back(), (CatalogQuery{u"a b"_s, {}, u"downloads desc"_s, 60, 1}));
+  for (int i = 0; i < 2; ++i) state->searchFor(u"  "_s);
   EXPECT_FALSE(state->searching());
-  EXPECT_EQ(state->searchResults(), items("found"));
-  search("unknown");
+  EXPECT_EQ(state->searchResults(), items(u"found"_s));
+  search(u"unknown"_s);
   EXPECT_TRUE(state->searchResults().empty());
-  EXPECT_EQ(told.join(u'|'), text("unknown| a b\n|  |unknown"));
+  EXPECT_EQ(told.join(u'|'), u"unknown| a b\n|  |unknown"_s);
 }
 
 TEST_F(CatalogStateTest, ShowsTheChosenCollectionWhicheverAnswersFirst) {
   const auto collections = CatalogState::collections();
   const QString left = collections[0].query, chosen = collections[1].query;
-  answers = {{left, items("left")}, {chosen, items("chosen")}};
+  answers = {{left, items(u"left"_s)}, {chosen, items(u"chosen"_s)}};
   for (const bool leftIsFirst : {true, false}) {
     held[left] = held[chosen] = true;
     state->loadCollection(collections[0]);
@@ -116,45 +115,44 @@ TEST_F(CatalogStateTest, ShowsTheChosenCollectionWhicheverAnswersFirst) {
       answered = 0;
       held[isLeft ? left : chosen] = false;
       ASSERT_TRUE(turnUntil([&] { return answered == 1; }));
-      search("whose answer comes behind it");
+      search(u"whose answer comes behind it"_s);
       EXPECT_EQ(state->discoverLoading(), leftIsFirst && isLeft);
-      EXPECT_NE(state->discoverResults(), items("left"));
+      EXPECT_NE(state->discoverResults(), items(u"left"_s));
     }
-    EXPECT_EQ(state->discoverResults(), items("chosen"));
+    EXPECT_EQ(state->discoverResults(), items(u"chosen"_s));
   }
-  EXPECT_EQ(asked.front(), (CatalogQuery{{}, left, text("downloads desc"), 60, 1}));
+  EXPECT_EQ(asked.front(), (CatalogQuery{{}, left, u"downloads desc"_s, 60, 1}));
   state->loadCollection(collections[2]); // which fails
   EXPECT_TRUE(turnUntil([&] { return !state->discoverLoading(); }));
   EXPECT_TRUE(state->discoverResults().empty());
 }
 
 TEST_F(CatalogStateTest, NobodyIsToldOnceTheStateIsGone) {
-  held[text("slow")] = true;
-  state->searchFor(text("slow"));
+  held[u"slow"_s] = true;
+  state->searchFor(u"slow"_s);
   ASSERT_TRUE(turnUntil([&] { return begun == 1; }));
   state.emplace(main, pool, asks); // in the same place, where it would hear what is not for it
   ASSERT_TRUE(turnUntil([&] { return answered == 1; }));
-  state->loadCollection({{}, {}, text("whose answer comes behind it")});
+  state->loadCollection({{}, {}, u"whose answer comes behind it"_s});
   ASSERT_TRUE(turnUntil([&] { return !state->discoverLoading(); }));
   EXPECT_FALSE(state->searchError());
 }
 
 TEST(Suggestions, AreTheMostFrequentSubjectsOfAllShelves) {
   const QString longest(23, u'x');
-  const QString accents =
-      (text("e") + QString(15, QChar(0x301))).repeated(23); // as long to a reader
+  const QString accents = (u"e"_s + QString(15, QChar(0x301))).repeated(23); // as long to a reader
   const MediaItems first =
-      items("f", {QString(500, u' ') + text("Drama"), text("ab"), accents + QChar(0x301), accents,
-                  longest + u'x', longest, text("noir")});
-  const MediaItems second = items("p", {text(" drama "), text("Noir"), text("DRAMA"), text("abc")});
+      items(u"f"_s, {QString(500, u' ') + u"Drama"_s, u"ab"_s, accents + QChar(0x301), accents,
+                     longest + u'x', longest, u"noir"_s});
+  const MediaItems second = items(u"p"_s, {u" drama "_s, u"Noir"_s, u"DRAMA"_s, u"abc"_s});
   EXPECT_EQ(frequentSubjects({&first, &second}, 10),
-            (QStringList{text("drama"), text("noir"), accents, longest, text("abc")}));
-  QStringList many(100, text("ab")); // too short to be one; what follows so many is left out
-  many[0] = text("first");
-  many[99] = text("last");
-  const MediaItems one = items("o", many + QStringList{text("left out")});
-  EXPECT_EQ(frequentSubjects({&one}, 10), (QStringList{text("first"), text("last")}));
-  EXPECT_EQ(frequentSubjects({&one}, 1), QStringList{text("first")});
+            (QStringList{u"drama"_s, u"noir"_s, accents, longest, u"abc"_s}));
+  QStringList many(100, u"ab"_s); // too short to be one; what follows so many is left out
+  many[0] = u"first"_s;
+  many[99] = u"last"_s;
+  const MediaItems one = items(u"o"_s, many + QStringList{u"left out"_s});
+  EXPECT_EQ(frequentSubjects({&one}, 10), (QStringList{u"first"_s, u"last"_s}));
+  EXPECT_EQ(frequentSubjects({&one}, 1), QStringList{u"first"_s});
 }
 
 TEST(RecentlyViewed, AreTheLatestOfTheCatalog) {
@@ -165,8 +163,8 @@ TEST(RecentlyViewed, AreTheLatestOfTheCatalog) {
   }
   const HistoryEntries recent = CatalogState::recentlyViewed(history);
   ASSERT_EQ(recent.size(), 20U);
-  EXPECT_EQ(recent.front().key, text("1"));
-  EXPECT_EQ(recent.back().key, text("23"));
+  EXPECT_EQ(recent.front().key, u"1"_s);
+  EXPECT_EQ(recent.back().key, u"23"_s);
 }
 
 } // namespace

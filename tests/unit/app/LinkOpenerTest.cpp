@@ -8,13 +8,14 @@
 
 namespace vellum::test {
 
+using namespace Qt::StringLiterals;
 using namespace world;
 namespace {
 
 constexpr char kBad[] = "Couldn't read torrent: Not a valid .torrent file";
 
 struct LinkOpenerTest : testing::Test, MainThread, LinkOpener::Surroundings {
-  QString torrentDir() override { return folder.filePath(QStringLiteral("torrents")); }
+  QString torrentDir() override { return folder.filePath(u"torrents"_s); }
   void torrentStored() override { ++stored; }
   bool openWithDesktop(const QString&) override { return hasClient; }
 
@@ -49,9 +50,7 @@ struct LinkOpenerTest : testing::Test, MainThread, LinkOpener::Surroundings {
   IoPool pool;
   QTemporaryDir folder;
   const QByteArray torrent =
-      SeededTorrent::make(QStringLiteral("Film"), {{QStringLiteral("film.mkv"), ByteVector(9)}},
-                          65536)
-          .torrentFile();
+      SeededTorrent::make(u"Film"_s, {{u"film.mkv"_s, ByteVector(9)}}, 65536).torrentFile();
   QByteArray remote = torrent;
   Navigation navigation;
   int stored = 0;
@@ -65,10 +64,10 @@ struct LinkOpenerTest : testing::Test, MainThread, LinkOpener::Surroundings {
 };
 
 TEST_F(LinkOpenerTest, WhatTheSystemHandsOverIsInspectedOrDropped) {
-  const QString magnet = QStringLiteral("magnet:?dn=M&xt=urn:btih:") + QString(40, u'a');
+  const QString magnet = u"magnet:?dn=M&xt=urn:btih:"_s + QString(40, u'a');
   EXPECT_EQ(opened(magnet), "M");
   EXPECT_FALSE(last->fileUrl);
-  EXPECT_EQ(opened(QStringLiteral("magnet:?dn=M")), "That doesn't look like a valid magnet link.");
+  EXPECT_EQ(opened(u"magnet:?dn=M"_s), "That doesn't look like a valid magnet link.");
   const QString good = write("Movie.TORRENT", torrent);
   for (const QString& link : {good, QUrl::fromLocalFile(good).toString()}) {
     EXPECT_EQ(opened(link), "Film");
@@ -76,22 +75,22 @@ TEST_F(LinkOpenerTest, WhatTheSystemHandsOverIsInspectedOrDropped) {
     EXPECT_EQ(last->fileUrl, QUrl::fromLocalFile(good));
   }
   EXPECT_EQ(opened(write("noise.torrent", "noise")), kBad);
-  ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("folder.torrent")));
-  EXPECT_EQ(opened(folder.filePath(QStringLiteral("folder.torrent"))), kBad);
-  EXPECT_EQ(opened(folder.filePath(QStringLiteral("missing.torrent"))),
+  ASSERT_TRUE(QDir(folder.path()).mkdir(u"folder.torrent"_s));
+  EXPECT_EQ(opened(folder.filePath(u"folder.torrent"_s)), kBad);
+  EXPECT_EQ(opened(folder.filePath(u"missing.torrent"_s)),
             "Couldn't read torrent: No such file or directory");
   for (const QString& dropped : {write("Movie.txt", torrent), magnet.toUpper(), QString()})
     opener.open(dropped);
   QCoreApplication::processEvents();
   EXPECT_FALSE(navigation.inspector() || navigation.notice());
   EXPECT_EQ(stored, 0);
-  EXPECT_EQ(opened(QStringLiteral("https://h/web.torrent?a=b")), "Film");
+  EXPECT_EQ(opened(u"https://h/web.torrent?a=b"_s), "Film");
   EXPECT_EQ(stored, 1);
 }
 
 TEST_F(LinkOpenerTest, FilesOfTheWebAreKeptAndInspected) {
   EXPECT_EQ(fetched("http://h/a/x.y.torrent/?id=1"), "Film");
-  QFile kept(torrentDir() + QStringLiteral("/x.y.torrent"));
+  QFile kept(torrentDir() + u"/x.y.torrent"_s);
   ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
   EXPECT_EQ(kept.readAll(), torrent);
   EXPECT_EQ(last->fileUrl, QUrl::fromLocalFile(kept.fileName()));
@@ -113,18 +112,18 @@ TEST_F(LinkOpenerTest, SaysWhenNoProgramTakesALink) {
                              ". Install a BitTorrent client to use it.");
   }
   hasClient = true;
-  opener.openExternally(QStringLiteral("magnet:?xt=x"));
+  opener.openExternally(u"magnet:?xt=x"_s);
   EXPECT_FALSE(navigation.notice());
 }
 
 TEST(Navigation, SectionsHaveNamesAndOnlyChangesAreTold) {
-  const QString names = QStringLiteral("home discover search torrents library downloads settings");
-  const QStringList each = names.split(u' ');
-  for (qsizetype i = 0; i < each.size(); ++i) {
-    EXPECT_EQ(rawValue(SidebarSection(i)), each[i]);
-    EXPECT_EQ(sidebarSection(each[i]), SidebarSection(i)) << i;
+  const QStringList names =
+      u"home discover search torrents library downloads settings"_s.split(u' ');
+  for (int i = 0; i < 7; ++i) {
+    EXPECT_EQ(rawValue(SidebarSection(i)), names[i]);
+    EXPECT_EQ(sidebarSection(names[i]), SidebarSection(i));
   }
-  EXPECT_FALSE(sidebarSection(QStringLiteral("Home")));
+  EXPECT_FALSE(sidebarSection(u"Home"_s));
   Navigation navigation;
   int told = 0;
   QObject::connect(&navigation, &Navigation::sectionChanged, [&] { ++told; });

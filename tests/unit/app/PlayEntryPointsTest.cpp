@@ -3,6 +3,8 @@
 #include <QFile>
 
 namespace vellum::test {
+
+using namespace Qt::StringLiterals;
 namespace {
 
 struct PlayEntryPointsTest : PlaybackWorld {
@@ -20,7 +22,7 @@ struct PlayEntryPointsTest : PlaybackWorld {
     play();
     EXPECT_FALSE(coordinator->stream());
     EXPECT_TRUE(navigation.showPlayer());
-    QStringList names = takeEvents().filter(QStringLiteral("load "));
+    QStringList names = takeEvents().filter(u"load "_s);
     for (const SubtitleTrack& track : subtitles.tracks()) names += track.name;
     return names.join(u' ').toStdString();
   }
@@ -30,14 +32,12 @@ struct PlayEntryPointsTest : PlaybackWorld {
 
 TEST_F(PlayEntryPointsTest, ACatalogFilePlaysFromWhereItWasLeft) {
   MediaItem item;
-  item.id = QStringLiteral("id");
-  item.title = QStringLiteral("T");
-  const ArchiveFile film{
-      QStringLiteral("a/b.mp4"), {}, {}, QUrl(QStringLiteral("https://h/b.mp4"))};
-  const ArchiveFiles texts{
-      {QStringLiteral("en.srt"), {}, {}, QUrl(QStringLiteral("https://h/en.srt"))}};
+  item.id = u"id"_s;
+  item.title = u"T"_s;
+  const ArchiveFile film{u"a/b.mp4"_s, {}, {}, QUrl(u"https://h/b.mp4"_s)};
+  const ArchiveFiles texts{{u"en.srt"_s, {}, {}, QUrl(u"https://h/en.srt"_s)}};
   HistoryEntry old;
-  old.key = QStringLiteral("id|a/b.mp4");
+  old.key = u"id|a/b.mp4"_s;
   old.position = 94.9;
   old.duration = 100;
   library.record(old);
@@ -47,7 +47,7 @@ TEST_F(PlayEntryPointsTest, ACatalogFilePlaysFromWhereItWasLeft) {
   ASSERT_EQ(library.history().size(), 1U);
   const HistoryEntry row = library.history().front();
   EXPECT_EQ(row.thumbnail, item.thumbnailURL().toString(QUrl::FullyEncoded));
-  EXPECT_EQ(row.source, QStringLiteral("https://h/b.mp4"));
+  EXPECT_EQ(row.source, u"https://h/b.mp4"_s);
   time = 42.5; // saved before it is loaded anew
   length = 100;
   EXPECT_EQ(pressed([&] { entries.resume(row); }), "load b.mp4 42.5");
@@ -60,12 +60,12 @@ TEST_F(PlayEntryPointsTest, ASavedFilePlaysWithTheSubtitlesBesideIt) {
   const std::string loaded = "load Film.mkv 0 Film.en.VTT Film.srt";
   EXPECT_EQ(pressed([&] { entries.playLocal(QUrl::fromLocalFile(film)); }), loaded);
   const HistoryEntry row = library.history().front();
-  EXPECT_EQ(row.key, QStringLiteral("local|Film.mkv"));
-  EXPECT_EQ(row.title, QStringLiteral("Film"));
+  EXPECT_EQ(row.key, u"local|Film.mkv"_s);
+  EXPECT_EQ(row.title, u"Film"_s);
   EXPECT_TRUE(row.isLocal && row.source == film);
   EXPECT_EQ(pressed([&] { entries.resume(row); }), loaded);
   EXPECT_EQ(library.history().size(), 1U);
-  const QUrl missing = QUrl::fromLocalFile(QStringLiteral("/no/such/film.mkv"));
+  const QUrl missing = QUrl::fromLocalFile(u"/no/such/film.mkv"_s);
   EXPECT_TRUE(PlayEntryPoints::siblingSubtitles(missing).empty());
 }
 

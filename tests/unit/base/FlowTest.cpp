@@ -12,19 +12,6 @@ using namespace std::chrono_literals;
 
 struct FlowTest : testing::Test, world::MainThread {};
 
-TEST_F(FlowTest, HopsToAStrandAndBackToTheMainThread) {
-  IoPool pool;
-  FlowGroup flows(main.executor());
-  int hops = 0;
-  flows.spawn([](MainLoop& loop, Strand strand, int& count) -> Flow<> {
-    for (int i = 0; i < 100; ++i)
-      count += co_await asyncOn(strand, [&] { return loop.isCurrentThread() ? 0 : 1; });
-    EXPECT_TRUE(loop.isCurrentThread());
-  }(main, pool.makeStrand(), hops));
-  EXPECT_TRUE(turnUntil([&] { return flows.isIdle(); }));
-  EXPECT_EQ(hops, 100);
-}
-
 TEST_F(FlowTest, AFlowOnAStrandGivesItsResultItsErrorOrItsCancellation) {
   for (const std::string way : {"result", "error", "cancelled"}) {
     IoPool pool;

@@ -6,31 +6,28 @@
 namespace vellum {
 namespace {
 
+using namespace Qt::StringLiterals;
+
 TEST(LaunchArguments, KeepsWhatCanBeOpenedAndMakesPathsAbsolute) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"--play.torrent", nullptr},
-      {"magnet:?xt=urn:btih:00&dn=a%20b", "magnet:?xt=urn:btih:00&dn=a%20b"},
-      {"/a/Film.TORRENT", "/a/Film.TORRENT"},
-      {"Film: the sequel.torrent", "/work/Film: the sequel.torrent"},
-      {"../x.torrent", "/x.torrent"},
-      {"file:///a/b%20c.torrent", "/a/b c.torrent"},
-      {"http://host/x.torrent", "http://host/x.torrent"},
-      {"https://host/x.torrent?a=%20", "https://host/x.torrent?a=%20"},
-      {"ftp://host/x.torrent", "/work/ftp:/host/x.torrent"}, // a path as any other
-      {"https://host/x.html", nullptr},
-      {"MAGNET:?xt=urn:btih:00", nullptr},
-      {"/a/Film.txt", nullptr},
-      {"torrent", nullptr},
-      {"", nullptr},
-  };
-  QStringList arguments;
-  QStringList expected;
-  for (const auto& [argument, link] : cases) {
-    arguments += QString::fromUtf8(argument);
-    if (link != nullptr) expected += QString::fromUtf8(link);
-  }
-  EXPECT_EQ(openableLinks(arguments, QStringLiteral("/work")).join(u'\n').toStdString(),
-            expected.join(u'\n').toStdString());
+  const QStringList arguments{u"--play.torrent"_s,
+                              u"magnet:?xt=urn:btih:00&dn=a%20b"_s,
+                              u"/a/Film.TORRENT"_s,
+                              u"Film: the sequel.torrent"_s,
+                              u"../x.torrent"_s,
+                              u"file:///a/b%20c.torrent"_s,
+                              u"http://host/x.torrent"_s,
+                              u"https://host/x.torrent?a=%20"_s,
+                              u"ftp://host/x.torrent"_s,
+                              u"https://host/x.html"_s,
+                              u"MAGNET:?xt=urn:btih:00"_s,
+                              u"/a/Film.txt"_s,
+                              u"torrent"_s,
+                              QString()};
+  EXPECT_EQ(
+      openableLinks(arguments, u"/work"_s).join(u' ').toStdString(),
+      "magnet:?xt=urn:btih:00&dn=a%20b /a/Film.TORRENT /work/Film: the sequel.torrent /x.torrent "
+      "/a/b c.torrent http://host/x.torrent https://host/x.torrent?a=%20 "
+      "/work/ftp:/host/x.torrent"); // the last is a path as any other
 }
 
 TEST(MediaControls, TellsAJumpFromPlaying) {
