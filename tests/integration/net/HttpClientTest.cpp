@@ -192,8 +192,10 @@ TEST_F(HttpClientTest, TheCacheMovesAndIsClearedUnderRunningRequests) {
     auto running = start(client->fetchData(server.url(), 1h));
     const int before = server.requests();
     ASSERT_TRUE(turnUntil([&] { return server.requests() == before + 1; }));
-    moves ? client->setCacheDirectory(folder.filePath(QStringLiteral("b")))
-          : void(client->clearCache());
+    if (moves)
+      client->setCacheDirectory(folder.filePath(QStringLiteral("b")));
+    else
+      client->clearCache();
     EXPECT_EQ(ending(std::move(running)).how[0], '=');
     EXPECT_EQ(get(server.url()).how[0], '=');
     const int asked = server.requests(); // an answer under way may be kept or not
@@ -207,7 +209,7 @@ TEST_F(HttpClientTest, ACancellationMayMeetTheAnswerAtAnyMoment) {
   ScriptedServer server([](const QByteArray&) { return ScriptedServer::reply(200, "good"); });
   int good = 0;
   int cancelled = 0;
-  constexpr int kRounds = 100;
+  constexpr int kRounds = 150;
   for (int round = 0; round < kRounds; ++round) {
     asio::steady_timer timer(pool.io());
     timer.expires_after(std::chrono::microseconds(round * round));
@@ -234,7 +236,10 @@ TEST_F(HttpClientTest, FetchesEndWithWhoeverAskedOrTheClientAndNoneBeginsAfterIt
     for (int i = 0; i < 3; ++i) running.push_back(start(fetch(server.url(), 1h)));
     const int all = byClient ? 6 : 3;
     ASSERT_TRUE(turnUntil([&] { return server.requests() == all; }));
-    byClient ? client.reset() : asio::post(strand, [this] { flows.cancelAll(); });
+    if (byClient)
+      client.reset();
+    else
+      asio::post(strand, [this] { flows.cancelAll(); });
     for (auto& one : running) EXPECT_EQ(ending(std::move(one)).how, "cancelled");
     EXPECT_TRUE(turnUntil([&] { return server.dropped() == all; }));
   }
@@ -264,7 +269,7 @@ TEST_F(HttpClientTest, AFailureSaysWhatTheNetworkDid) {
   for (const auto& [url, reason, words] :
        {std::tuple(refused, Reason::CannotConnect, "Connection refused"),
         {QUrl(QStringLiteral("http://vellum.invalid")), Reason::HostNotFound, "not found"},
-        {untrusted, Reason::Tls, "certificate is self-signed, and untrusted"}}) {
+        {untrusted, Reason::Tls, "self-signed"}}) {
     const Ending ending = get(url);
     EXPECT_EQ(ending.reason, reason) << words;
     EXPECT_EQ(ending.response.status, 0);
