@@ -1,421 +1,399 @@
 #include "PlaybackWorld.h"
+#include "Script.h"
 #include "formats/TorrentMetadata.h"
 
 namespace vellum::test {
 namespace {
 
-using PlaybackTest = PlaybackWorld;
-using Stage = StreamStage;
-using Kind = RowState::Kind;
-
 constexpr std::int64_t kFilmSize = 1'000'000'000;
-const std::vector<TorrentFileEntry> kFilm{{QStringLiteral("dir/film.mkv"), kFilmSize},
-                                          {QStringLiteral("dir/en.srt"), 1000},
-                                          {QStringLiteral("dir/de.vtt"), 2000}};
 const QString kHash(40, u'a');
 
-QString sentence(const char* utf8) { return QString::fromUtf8(utf8); }
+std::vector<TorrentFileEntry> files(const char* names) {
+  std::vector<TorrentFileEntry> files;
+  for (const QString& name : text(names).split(u' '))
+    files.push_back({name, name.endsWith(text(".mkv")) ? kFilmSize : 1000});
+  return files;
+}
+const std::vector<TorrentFileEntry> kFilm =
+    files("dir/film.mkv dir/en.sub dir/en.srt dir/de.vtt extra/en.srt");
 
-// From a pressed Play to the buffering stage.
-void bufferTheFilm(PlaybackWorld& world) {
-  world.session->snap.meta = PlaybackWorld::meta(kFilm);
-  world.coordinator->playFromSearchResult(PlaybackWorld::result("a", "Film"));
-  world.turn();
-  ASSERT_TRUE(world.coordinator->stream());
-  ASSERT_EQ(world.stream().stage, Stage::Buffering);
-}
-void playTheFilm(PlaybackWorld& world) {
-  bufferTheFilm(world);
-  world.session->snap.streamReady = true;
-  world.pass(0.4);
-  ASSERT_EQ(world.stream().stage, Stage::Playing);
-  world.takeEvents();
-}
+// What the flow reads of the session, what the user does, and what the player tells.
+struct PlaybackTest : PlaybackWorld {
+  void step(const QString& word, double value) {
+    SessionSnapshot& snap = session->snap;
+    if (word == u"film") snap = {}, snap.meta = meta(kFilm);
+    if (word == u"nothing") snap = {}, snap.meta = meta(files("readme.txt"));
+    if (word == u"two") snap = {}, snap.meta = meta(files("a.mkv b.mkv"));
+    if (word == u"peers") snap.peers = int(value);
+    if (word == u"quiet") snap.secondsSinceProgress = value;
+    if (word == u"ready") snap.streamReady = true;
+    if (word == u"pass") pass(value);
+    if (word == u"press") coordinator->playFromSearchResult(result(value == 2 ? "b" : "a", "T"));
+    if (word == u"play")
+      step(text("film"), 0), step(text("press"), value), turn(), snap.streamReady = true, pass(0.4);
+    if (word == u"pick")
+      coordinator->pickFile(value == 9 ? std::nullopt : std::optional(int(value)));
+    if (word == u"retry") coordinator->retry();
+    if (word == u"end") coordinator->endStream();
+    if (word == u"close") coordinator->close();
+    if (word == u"wait") buffering = value != 0;
+    if (word == u"time") coordinator->playerTime(time = value);
+    if (word == u"finish") coordinator->playerFinished();
+    if (word == u"fail") coordinator->playerFailed();
+    turn();
+  }
+  // What happened since; the stream; the rows; what plays and the position in the newest row.
+  std::string then() {
+    if (const auto file = std::exchange(session->selected, {}))
+      events += text("select %1").arg(*file);
+    if (const int times = std::exchange(presented, 0)) events += text("shown %1").arg(times);
+    QString shown = text("-");
+    if (const auto& now = coordinator->stream()) {
+      const char* const stages[] = {"connecting", "metadata", "selecting", "buffering", "playing"};
+      shown = now->title + u' ' + text(stages[int(now->stage)]);
+      if (!now->choices.empty()) shown += text(" asks %1").arg(now->choices.size());
+      if (now->notice) shown += u' ' + now->notice->section(u' ', 0, 2);
+      if (now->failure) shown += text(" failed: ") + now->failure->text().section(u' ', 0, 2);
+    }
+    QStringList rows;
+    const char* const kinds[] = {":failed", ":starting", ":playing"};
+    for (const auto& [key, row] : coordinator->rowStates().asKeyValueRange())
+      rows += key.first(1) + text(kinds[int(row.kind)]);
+    rows.sort();
+    QString plays = coordinator->nowPlaying() ? coordinator->nowPlaying()->key : text("-");
+    plays.replace(kHash, text("a")).replace(QString(40, u'b'), text("b"));
+    if (!library.history().empty()) plays += text(" @%1").arg(library.history().front().position);
+    return (takeEvents().join(u'|') + text("; ") + shown + text("; ") + rows.join(u' ') +
+            text("; ") + plays)
+        .toStdString();
+  }
+  void script(const char* lines) {
+    runScript(
+        lines, [this](const QString& word, double value) { step(word, value); },
+        [this] { return then(); });
+  }
+  std::string taken() { return takeEvents().join(u'|').toStdString(); }
+};
 
 TEST_F(PlaybackTest, TheEntryChoosesTheVariantAndAsksAboutDeadTorrents) {
   TorrentResults list;
-  for (const char* title : {"F 480p", "F 720p", "F 1080p", "F 2160p"}) {
-    list.push_back(result(&"bcde"[list.size()], title, list.size() == 3 ? 0 : 5));
-    list.back().baseTitle = QStringLiteral("F");
+  for (const char* title : {"F 480p", "F 720p", "F 1080p", "F 2160p", "G 480p", "G 720p"}) {
+    list.push_back(result(&"bcdefg"[list.size()], title, list.size() == 3 ? 0 : 5));
+    list.back().baseTitle = text(title).first(1);
   }
   coordinator->setAllResults([&] { return list; });
-  struct Case {
-    std::optional<QString> quality;
-    bool skip;
-    const char* played;
-  };
-  for (const auto& [quality, skip, played] :
-       {Case{{}, false, "F 1080p"}, Case{QStringLiteral("720p"), false, "F 720p"},
-        Case{QStringLiteral("8K"), false, "F 1080p"}, Case{{}, true, "F 480p"}}) {
-    coordinator->playFromSearchResult(list[0], quality, skip);
-    EXPECT_EQ(stream().title, QLatin1String(played));
+  const std::tuple<int, const char*, bool, const char*> rows[] = {{0, nullptr, false, "F 1080p"},
+                                                                  {0, "720p", false, "F 720p"},
+                                                                  {0, "8K", false, "F 1080p"},
+                                                                  {0, nullptr, true, "F 480p"},
+                                                                  {4, nullptr, false, "G 720p"}};
+  for (const auto& [row, quality, skip, played] : rows) {
+    coordinator->playFromSearchResult(list[std::size_t(row)],
+                                      quality ? std::optional(text(quality)) : std::nullopt, skip);
+    EXPECT_EQ(stream().title, text(played));
   }
-  EXPECT_EQ(presented, 4);
-  const StreamState before = stream();
-  coordinator->playFromSearchResult(list[0], QStringLiteral("2160p"));
+  coordinator->playFromSearchResult(list[0], text("2160p"));
   ASSERT_TRUE(coordinator->zeroSeedPrompt());
   EXPECT_EQ(coordinator->zeroSeedPrompt()->result, list[3]);
-  EXPECT_EQ(coordinator->zeroSeedPrompt()->quality, QStringLiteral("2160p"));
-  EXPECT_EQ(stream(), before); // what runs goes on
+  EXPECT_EQ(coordinator->zeroSeedPrompt()->quality, text("2160p"));
+  EXPECT_EQ(stream().title, text("G 720p")) << "what runs goes on";
+  coordinator->clearZeroSeedPrompt();
   coordinator->playFromSearchResult(list[3], {}, true, true);
-  EXPECT_EQ(stream().title, QStringLiteral("F 2160p"));
-  coordinator->playFromSearchResult(result("f", "unknown", {}));
-  EXPECT_EQ(stream().title, QStringLiteral("unknown"));
+  turn();
+  coordinator->retry(); // the variant itself, without a question
+  EXPECT_EQ(stream().title, text("F 2160p"));
+  coordinator->playFromSearchResult(result("h", "unknown", {}));
+  EXPECT_EQ(stream().title, text("unknown"));
+  EXPECT_FALSE(coordinator->zeroSeedPrompt());
 }
 
-TEST_F(PlaybackTest, PlayOnARowThatPlaysOnlyShowsIt) {
-  const TorrentResult film = result("a", "Film");
-  playTheFilm(*this);
-  const int before = presented;
-  coordinator->playFromSearchResult(film);
-  EXPECT_EQ(presented, before + 1);
-  EXPECT_TRUE(takeEvents().isEmpty());
-  session->snap = {};
-  coordinator->playFromSearchResult(result("b", "Other")); // starting
-  coordinator->playFromSearchResult(result("b", "Other")); // starts over
-  turn();
-  EXPECT_EQ(takeEvents().join(u'|'), QStringLiteral("release|stop|stop|acquire bbbb Other 0"));
-  EXPECT_FALSE(coordinator->rowStates().contains(kHash));
+TEST_F(PlaybackTest, PlayOnARowThatPlaysOnlyShowsItAndOnAnotherEndsIt) {
+  script(R"(
+    play      -> stop|acquire aaaa T 0|load film.mkv 0|select 0|shown 2; T playing; a:playing; a|dir/film.mkv @0
+    press     -> shown 1; T playing; a:playing; a|dir/film.mkv @0
+    time 3, film, press 2 -> release|stop|acquire bbbb T 0|select 0|shown 1; T buffering; b:starting; pending|b @3
+    press 2   -> release|stop|acquire bbbb T 0|select 0|shown 1; T buffering; b:starting; pending|b @3
+    play      -> release|stop|acquire aaaa T 0|load film.mkv 0|select 0|shown 2; T playing; a:playing; a|dir/film.mkv @0
+    retry     -> release|stop|acquire aaaa T 0|load film.mkv 0|select 0|shown 2; T playing; a:playing; a|dir/film.mkv @0
+    time 3, close -> release|stop; -; ; - @3
+    retry     -> ; -; ; - @3)");
+  EXPECT_FALSE(coordinator->activeSession() || coordinator->activeRowKey());
+  EXPECT_EQ(terminated, 7) << "an external player ends with its stream";
 }
 
 TEST_F(PlaybackTest, TheHashComesFromMagnetThenHashThenTorrentFile) {
-  const QString base32 = QStringLiteral("magnet:?xt=urn:btih:") + QString(32, u'a');
-  const char* nothing = "This result has no magnet link or torrent file to stream.";
-  struct Case {
-    const char* magnet;
+  const char* nothing = "This result has";
+  const QByteArray torrent = "d4:infod6:lengthi5e4:name5:a.mkv12:piece lengthi16384e6:pieces20:"
+                             "aaaaaaaaaaaaaaaaaaaaee";
+  const QByteArray c = "magnet:?xt=urn:btih:" + QByteArray(40, 'c') + "&tr=udp://t:1";
+  struct Row {
+    QByteArray magnet;
     QString hash;
-    bool hasTorrent;
-    const char* event; // the last one
+    bool hasFile;
+    QByteArray file;
+    std::string events; // the last ones
     const char* failure;
   };
-  const QByteArray c = "magnet:?xt=urn:btih:" + QByteArray(40, 'c') + "&tr=udp://t:1";
-  for (const auto& [magnet, hash, hasTorrent, event, failure] :
-       {Case{c, kHash, true, "acquire cccc T 1", ""},
-        Case{"magnet:?dn=x", kHash, true, "acquire aaaa T 0", ""},
-        Case{"", QStringLiteral("zz"), true, "fetch h 25", nothing},
-        Case{"", {}, false, "stop", nothing}}) {
-    TorrentResult row = result("a", "T");
-    row.magnet = *magnet != 0 ? std::optional(QString::fromLatin1(magnet)) : std::nullopt;
-    row.infoHash = hash.isEmpty() ? std::nullopt : std::optional(hash);
-    if (hasTorrent) row.torrentURL = QUrl(QStringLiteral("http://h/t.torrent"));
-    coordinator->playFromSearchResult(row);
+  const Row rows[] = {{c, kHash, true, {}, "stop|acquire cccc T 1", ""},
+                      {"magnet:?dn=x", kHash, true, {}, "stop|acquire aaaa T 0", ""},
+                      {{}, text("zz"), true, {}, "stop|fetch h 25", nothing},
+                      {{}, {}, true, torrent, "stop|fetch h 25|acquire b22c T 0", ""},
+                      {{}, {}, true, "404", "stop|fetch h 25", "Couldn't download the"},
+                      {{}, {}, false, {}, "stop", nothing}};
+  for (const Row& row : rows) {
+    TorrentResult pressed = result("a", "T");
+    pressed.magnet = row.magnet.isNull() ? std::nullopt : std::optional(text(row.magnet));
+    pressed.infoHash = row.hash.isNull() ? std::nullopt : std::optional(row.hash);
+    if (row.hasFile) pressed.torrentURL = QUrl(text("http://h/t.torrent"));
+    torrentFile = row.file;
+    fetchError = row.file == "404" ? std::optional(NetError::http(404)) : std::nullopt;
+    coordinator->playFromSearchResult(pressed);
     turn();
-    EXPECT_EQ(takeEvents().last(), QLatin1String(event)) << magnet;
-    EXPECT_EQ(failureText(), QLatin1String(failure));
+    EXPECT_TRUE(taken().ends_with(row.events)) << row.events;
+    EXPECT_EQ(failureText().section(u' ', 0, 2), text(row.failure));
   }
-  fetchError = NetError::http(404);
-  TorrentResult row = result("a", "T");
-  row.infoHash.reset();
-  row.torrentURL = QUrl(QStringLiteral("http://h/t.torrent"));
-  coordinator->playFromSearchResult(row);
-  turn();
-  EXPECT_EQ(failureText(), QStringLiteral("Couldn't download the .torrent file: HTTP 404"));
-  EXPECT_EQ(coordinator->rowStates().value(row.id), (RowState{Kind::Failed, failureText()}));
 }
 
 TEST_F(PlaybackTest, BothDiskChecksHoldAtTheirExactBytes) {
-  session->snap.meta = meta(kFilm);
-  const std::int64_t needed = kFilmSize + 3000;
-  struct Case {
-    std::int64_t free;
-    const char* failure;
-  };
-  for (const auto& [free, failure] :
-       {Case{314572799,
-             "Not enough free disk space for the streaming cache (less than 300 MB free)."},
-        Case{314572800, "Not enough free disk space for the cache (1 GB needed)."},
-        Case{needed + 209715199, "Not enough free disk space for the cache (1 GB needed)."},
-        Case{needed + 209715200, ""}}) {
+  const std::int64_t needed = kFilmSize + 4000;
+  const char* forFilm = "Not enough free disk space for the cache (1 GB needed).";
+  const std::pair<std::int64_t, const char*> rows[] = {
+      {314572799, "Not enough free disk space for the streaming cache (less than 300 MB free)."},
+      {314572800, forFilm},
+      {needed + 209715199, forFilm},
+      {needed + 209715200, ""}};
+  for (const auto& [free, sentence] : rows) {
     freeBytes = free;
-    coordinator->playFromSearchResult(result("a", "Film"));
-    turn();
-    EXPECT_EQ(failureText(), QLatin1String(failure)) << free;
+    script("film, press");
+    EXPECT_EQ(failureText(), QLatin1String(sentence)) << free;
   }
-  EXPECT_EQ(stream().stage, Stage::Buffering);
-  EXPECT_EQ(session->selected, 0);
-  EXPECT_EQ(session->selectedSubtitles, std::vector<int>({1, 2}));
+  EXPECT_EQ(session->selectedSubtitles, std::vector<int>({1, 2, 3, 4}));
 }
 
 TEST_F(PlaybackTest, MetadataIsWaitedForAMinute) {
-  TorrentResult row = result("a", "Film");
-  row.magnet = QStringLiteral("magnet:?xt=urn:btih:") + kHash +
-               QStringLiteral("&x.pe=h:1&x.pe=h&x.pe=[::1]:2");
+  TorrentResult row = result("a", "T");
+  row.magnet = text("magnet:?xt=urn:btih:") + kHash +
+               text("&x.pe=h&x.pe=h:1909&y.pe=h:2&x.pe=h:70000&x.pe=h:+3&x.pe=h:x&x.pe=[::1]:2");
   coordinator->playFromSearchResult(row);
   turn();
-  EXPECT_EQ(session->peers,
-            (std::vector<PeerAddr>{{QStringLiteral("h"), 1}, {QStringLiteral("[::1]"), 2}}));
-  EXPECT_EQ(stream().stage, Stage::Connecting);
-  session->snap.peers = 2;
-  pass(0.4);
-  EXPECT_EQ(stream().stage, Stage::Metadata);
-  session->snap.peers = 0;
-  pass(59.6);
-  EXPECT_EQ(stream().stage, Stage::Connecting); // sixty seconds sharp
-  EXPECT_FALSE(stream().failure);
-  pass(0.4);
-  EXPECT_EQ(stream().failure, (StreamFailure{StreamFailure::Kind::NoMetadata, {}}));
-  pass(10);
+  EXPECT_EQ(session->peers, (std::vector<PeerAddr>{{text("h"), 1909}, {text("[::1]"), 2}}));
+  then();
+  script(R"(
+    peers 1, pass 0.4   -> ; T metadata; a:starting; pending|a
+    peers 0, pass 59.6  -> ; T connecting; a:starting; pending|a
+    pass 0.4            -> ; T connecting failed: Couldn't fetch the; a:failed; pending|a
+    nothing, retry      -> release|stop|acquire aaaa T 0|shown 1; T selecting failed: No playable video; a:failed; pending|a)");
   EXPECT_TRUE(sleepers.empty());
-  coordinator->retry();
-  session->snap.meta = meta({{QStringLiteral("readme.txt"), 5}});
-  turn();
-  EXPECT_EQ(stream().failure, (StreamFailure{StreamFailure::Kind::NoVideo, {}}));
 }
 
 TEST_F(PlaybackTest, TheFileQuestionIsAnsweredOnceOrEndsTheFlow) {
-  session->snap.meta =
-      meta({{QStringLiteral("a.mkv"), kFilmSize}, {QStringLiteral("b.mkv"), kFilmSize}});
-  const auto ask = [&] {
-    coordinator->playFromSearchResult(result("a", "Film"));
-    turn();
-    return stream().choices.size();
-  };
-  ASSERT_EQ(ask(), 2U);
-  coordinator->pickFile(1);
-  coordinator->pickFile(0);
-  turn();
-  EXPECT_EQ(session->selected, 1);
-  EXPECT_TRUE(stream().choices.empty());
-  session->selected.reset();
-  for (const bool byAnswer : {true, false}) {
-    ASSERT_EQ(ask(), 2U);
-    if (byAnswer)
-      coordinator->pickFile(std::nullopt);
-    else
-      coordinator->endStream();
-    turn();
-    pass(1);
-    EXPECT_FALSE(session->selected);
-    EXPECT_TRUE(sleepers.empty());
+  for (const char* answer : {"pick 1", "pick 0", "pick 2", "pick -1", "pick 9", "end"}) {
+    script("two, press");
+    then();
+    script("two -> ; T selecting asks 2; a:starting; pending|a");
+    EXPECT_EQ(stream().choices[1], (StreamChoice{1, text("b.mkv"), kFilmSize}));
+    script(answer);
+    script("pick 0, pass 1");
+    const bool isFile = answer[5] == '0' || answer[5] == '1';
+    EXPECT_EQ(session->selected, isFile ? std::optional(answer[5] - '0') : std::nullopt) << answer;
+    EXPECT_EQ(sleepers.empty(), !isFile) << "who is not answered goes";
+    if (coordinator->stream()) EXPECT_TRUE(stream().choices.empty());
   }
 }
 
 TEST_F(PlaybackTest, AStreamStallsOnlyWithoutPeersAndWithoutBlocks) {
-  bufferTheFilm(*this);
-  const auto fails = [&] { return stream().failure.has_value(); };
-  session->snap.secondsSinceProgress = 100;
-  pass(45);
-  EXPECT_FALSE(fails()); // not more than 45 seconds
-  session->snap.peers = 1;
-  session->snap.streamProgress = 0.5;
-  pass(100); // peers that deliver nothing are waited for
-  EXPECT_EQ(stream().progress, 0.5);
-  session->snap.peers = 0;
-  session->snap.secondsSinceProgress = 45;
-  pass(46);
-  EXPECT_FALSE(fails());
-  session->snap.secondsSinceProgress = 45.1;
-  pass(0.4);
-  EXPECT_EQ(stream().failure, (StreamFailure{StreamFailure::Kind::Stalled, {}}));
-  const QString text = coordinator->rowStates().value(kHash).text;
-  coordinator->endStream();
-  EXPECT_FALSE(coordinator->stream());
-  EXPECT_EQ(coordinator->rowStates().value(kHash).text, text); // until the next Play
+  script("film, press");
+  then();
+  script(R"(
+    quiet 100, pass 45           -> ; T buffering; a:starting; pending|a
+    peers 1, pass 100            -> ; T buffering; a:starting; pending|a
+    peers 0, quiet 45, pass 46   -> ; T buffering; a:starting; pending|a
+    quiet 45.1, pass 0.4         -> ; T buffering failed: The stream stalled; a:failed; pending|a
+    end                          -> release; -; a:failed; pending|a)");
+  session->address.reset();
+  script("play 2 -> stop|acquire bbbb T 0|select 0|shown 1; T buffering failed: Couldn't start "
+         "the; a:failed b:failed; pending|b");
 }
 
-TEST_F(PlaybackTest, HandsOverInOrderAndResumesFromTheHistory) {
-  const QString key = kHash + QStringLiteral("|dir/film.mkv");
-  struct Case {
-    double position, duration, startAt;
-  };
-  for (const auto& [position, duration, startAt] :
-       {Case{10, 0, 0}, Case{10.5, 0, 10.5}, Case{95, 100, 0}, Case{94.9, 100, 94.9}}) {
+TEST_F(PlaybackTest, HandsOverAndResumesFromTheHistory) {
+  const std::tuple<double, double, double> rows[] = {
+      {10, 0, 0}, {10.5, 0, 10.5}, {10.5, 1, 0}, {95, 100, 0}, {94.9, 100, 94.9}};
+  for (const auto& [position, duration, startAt] : rows) {
     HistoryEntry old;
-    old.key = key;
+    old.key = kHash + text("|dir/film.mkv");
     old.position = position;
     old.duration = duration;
     library.record(old);
-    bufferTheFilm(*this);
-    EXPECT_EQ(coordinator->nowPlaying()->key, QStringLiteral("pending|") + kHash);
-    session->snap.streamReady = true;
-    const int before = presented;
-    takeEvents();
-    pass(0.4);
-    EXPECT_EQ(takeEvents().join(u'|'), QStringLiteral("load film.mkv %1").arg(startAt));
-    EXPECT_EQ(coordinator->nowPlaying()->key, key);
-    EXPECT_EQ(coordinator->rowStates().value(kHash).kind, Kind::Playing);
-    EXPECT_EQ(presented, before + 1);
+    script("play");
+    EXPECT_TRUE(taken().ends_with("load film.mkv " + QString::number(startAt).toStdString()));
     const HistoryEntry row = library.history().front();
     EXPECT_EQ(row.itemID, kHash);
-    EXPECT_EQ(row.source, makeMagnet(kHash, QStringLiteral("Film")));
+    EXPECT_EQ(row.source, makeMagnet(kHash, text("T")));
     EXPECT_EQ(row.duration, duration);
     EXPECT_FALSE(row.isLocal);
-    session->snap.streamReady = false;
-    coordinator->close();
-    EXPECT_EQ(takeEvents().join(u'|'), QStringLiteral("release|stop"));
-    EXPECT_FALSE(coordinator->nowPlaying() || coordinator->activeSession());
+    subtitles.add({});
+    coordinator->cancel();
+    EXPECT_TRUE(subtitles.tracks().empty());
   }
-  bufferTheFilm(*this);
-  session->address.reset();
-  session->snap.streamReady = true;
-  pass(0.4);
-  EXPECT_EQ(failureText(), QStringLiteral("Couldn't start the local streaming server."));
 }
 
 TEST_F(PlaybackTest, SavesEveryFiveSecondsAndForgetsOnClosingAsItDoes) {
-  playTheFilm(*this);
-  const auto saved = [&] { return library.history().front().position; };
+  script("play");
+  then();
   length = 100;
-  const auto play = [&](double at) {
-    time = at;
-    coordinator->playerTime(at);
-    return saved();
-  };
-  EXPECT_EQ(play(4.9), 0);
-  EXPECT_EQ(play(5.0), 5.0);
-  EXPECT_EQ(play(9.9), 5.0);
-  EXPECT_EQ(play(4.9), 5.0);
-  EXPECT_EQ(play(60), 60);
-  EXPECT_EQ(play(54.9), 54.9); // backwards too
-  coordinator->playerFinished();
-  EXPECT_EQ(saved(), 0);
-  EXPECT_EQ(play(60), 60);
-  coordinator->close(); // the player's last word is a 0
-  EXPECT_EQ(saved(), 0);
+  script(R"(
+    time 4.9       -> ; T playing; a:playing; a|dir/film.mkv @0
+    time 5         -> ; T playing; a:playing; a|dir/film.mkv @5
+    time 9.9       -> ; T playing; a:playing; a|dir/film.mkv @5
+    time 0.1       -> ; T playing; a:playing; a|dir/film.mkv @5
+    time 60        -> ; T playing; a:playing; a|dir/film.mkv @60
+    time 54.9      -> ; T playing; a:playing; a|dir/film.mkv @54.9
+    finish         -> ; T playing; a:playing; a|dir/film.mkv @0
+    time 60, close -> release|stop; -; ; - @0)"); // the player's last word is a 0
+  EXPECT_EQ(library.history().front().duration, 100);
 }
 
 TEST_F(PlaybackTest, TheMonitorTellsWhyThePlayerWaits) {
-  playTheFilm(*this);
-  struct Round {
-    double seconds;
-    bool buffering;
-    int peers;
-    double sinceProgress;
-    const char* notice;
-  };
-  for (const auto& [seconds, waits, peers, sinceProgress, notice] :
-       {Round{1, true, 0, 99, ""}, Round{20, true, 0, 99, ""},
-        Round{1, true, 0, 99, "Stream stalled — no peers connected"}, Round{1, true, 1, 15, ""},
-        Round{1, true, 1, 15.1, "Waiting for data from peers…"}, Round{1, false, 1, 99, ""},
-        Round{1, true, 0, 99, ""}, Round{20, true, 0, 0, ""}}) {
-    buffering = waits;
-    session->snap.peers = peers;
-    session->snap.secondsSinceProgress = sinceProgress;
-    pass(seconds);
-    EXPECT_EQ(stream().notice.value_or(QString()), sentence(notice)) << seconds;
-    EXPECT_EQ(stream().peers, peers);
-  }
+  script("play");
+  then();
+  script(R"(
+    wait 1, peers 0, quiet 99, pass 1    -> ; T playing; a:playing; a|dir/film.mkv @0
+    pass 20                              -> ; T playing; a:playing; a|dir/film.mkv @0
+    pass 1                               -> ; T playing Stream stalled —; a:playing; a|dir/film.mkv @0
+    peers 1, quiet 15, pass 1            -> ; T playing; a:playing; a|dir/film.mkv @0
+    quiet 15.1, pass 1                   -> ; T playing Waiting for data; a:playing; a|dir/film.mkv @0
+    wait 0, pass 1                       -> ; T playing; a:playing; a|dir/film.mkv @0
+    wait 1, peers 0, pass 1              -> ; T playing; a:playing; a|dir/film.mkv @0
+    quiet 0, pass 20                     -> ; T playing; a:playing; a|dir/film.mkv @0
+    wait 0, pass 1                       -> ; T playing; a:playing; a|dir/film.mkv @0)");
 }
 
-TEST_F(PlaybackTest, SubtitlesArriveOneByOneAndTheFirstIsSwitchedOn) {
-  playTheFilm(*this);
-  pass(1);
+TEST_F(PlaybackTest, SubtitlesArriveOneByOneAndOnlyTheFirstIsSwitchedOn) {
+  script("play, pass 1");
   EXPECT_TRUE(subtitles.tracks().empty());
-  session->complete = {2};
+  session->complete = {3};
   pass(1);
   ASSERT_EQ(subtitles.tracks().size(), 1U);
-  EXPECT_EQ(subtitles.selected()->name, QStringLiteral("de.vtt"));
-  session->complete = {1, 2};
+  EXPECT_EQ(subtitles.selected()->name, text("de.vtt"));
+  session->complete = {1, 2, 3, 4}; // pictures of text are no text; one has the other's name
   pass(1);
-  EXPECT_EQ(subtitles.tracks().size(), 2U);
-  EXPECT_EQ(subtitles.selected()->name, QStringLiteral("de.vtt"));
-  EXPECT_EQ(session->extracted, QStringList({folder.path() + QStringLiteral("/subs/de.vtt"),
-                                             folder.path() + QStringLiteral("/subs/en.srt")}));
+  ASSERT_EQ(subtitles.tracks().size(), 2U);
+  EXPECT_EQ(subtitles.tracks()[1].name, text("en.srt"));
+  EXPECT_EQ(subtitles.selected()->name, text("de.vtt"));
+  QStringList written;
+  for (const char* name : {"de.vtt", "en.sub", "en.srt", "en.srt"})
+    written += folder.path() + text("/subs/") + text(name);
+  EXPECT_EQ(session->extracted, written);
 }
 
 TEST_F(PlaybackTest, AFailedPlayerLeadsToMpvThenVlcThenAFailure) {
-  const QString url = session->address->toString();
-  struct Case {
-    const char* executable;
-    const char* onPath;
+  const std::string url = session->address->toString().toStdString();
+  const std::string stopped = "|stop|clearError; T playing Playing in ";
+  const std::string option = " --force-window=yes " + url;
+  const std::string shown = "; a:playing; a|dir/film.mkv @0";
+  struct Row {
+    const char *executable, *onPath;
     bool launches, hasVlc;
-    QString events;
+    std::string then;
   };
-  const QString stopped = QStringLiteral("stop|clearError");
-  const auto mpv = [&](const char* at) {
-    return QLatin1String(at) + QStringLiteral(" --force-window=yes ") + url;
-  };
-  for (const auto& [path, found, starts, vlc, expected] :
-       {Case{"/usr/local/bin/mpv", "/usr/bin/mpv", true, true,
-             mpv("/usr/local/bin/mpv") + u'|' + stopped},
-        Case{"", "/usr/bin/mpv", true, true, mpv("/usr/bin/mpv") + u'|' + stopped},
-        Case{"/opt/homebrew/bin/mpv", "/usr/bin/mpv", false, true,
-             mpv("/opt/homebrew/bin/mpv") + QStringLiteral("|vlc ") + url + u'|' + stopped},
-        Case{"", "", true, true, QStringLiteral("vlc ") + url + u'|' + stopped},
-        Case{"", "", true, false, QString()}}) {
-    coordinator->endStream();
-    session->snap.streamReady = false;
-    playTheFilm(*this);
-    executable = QLatin1String(path);
-    onPath = QLatin1String(found);
-    launches = starts;
-    hasVlc = vlc;
-    coordinator->playerFailed();
-    EXPECT_EQ(takeEvents().join(u'|'), expected);
-    if (!expected.isEmpty()) {
-      EXPECT_TRUE(stream().notice->startsWith(expected.contains(QStringLiteral("vlc"))
-                                                  ? QStringLiteral("Playing in VLC (")
-                                                  : QStringLiteral("Playing in mpv (")));
-      pass(1);
-      EXPECT_FALSE(stream().notice); // the monitor goes on
-    }
+  const Row rows[] = {
+      {"/usr/local/bin/mpv", "/x", true, true,
+       "/usr/local/bin/mpv" + option + stopped + "mpv" + shown},
+      {"", "/usr/bin/mpv", true, true, "/usr/bin/mpv" + option + stopped + "mpv" + shown},
+      {"/opt/homebrew/bin/mpv", "/x", false, true,
+       "/opt/homebrew/bin/mpv" + option + "|vlc " + url + stopped + "VLC" + shown},
+      {"", "", true, true, "vlc " + url + stopped + "VLC" + shown},
+      {"", "", true, false,
+       "; T playing failed: This video's format; a:failed; a|dir/film.mkv @0"}};
+  for (const Row& row : rows) {
+    executable = QLatin1String(row.executable);
+    onPath = QLatin1String(row.onPath);
+    launches = row.launches;
+    hasVlc = row.hasVlc;
+    script("end, film, press");
+    taken();
+    script("fail"); // it has nothing of this stream yet
+    EXPECT_EQ(taken(), "");
+    script("ready, pass 0.4");
+    then();
+    script("fail");
+    EXPECT_EQ(then(), row.then);
+    script("pass 1");
+    EXPECT_FALSE(stream().notice) << "the monitor goes on";
   }
-  EXPECT_EQ(stream().failure, (StreamFailure{StreamFailure::Kind::Unsupported, {}}));
   hasVlc = true;
-  coordinator->playerFailed(); // one decision for a failure
-  EXPECT_TRUE(takeEvents().isEmpty());
-  coordinator->endStream();
-  takeEvents();
-  coordinator->playerFailed(); // a plain file: nobody else is asked
-  EXPECT_TRUE(takeEvents().isEmpty());
+  script("fail"); // one decision for a failure
+  EXPECT_EQ(taken(), "");
+  script(
+      "end, fail -> release; -; a:failed; a|dir/film.mkv @0"); // a plain file: nobody else is asked
 }
 
 TEST_F(PlaybackTest, ResumesRowsOfTheHistory) {
   HistoryEntry entry;
-  entry.itemID = QStringLiteral("item");
-  entry.key = QStringLiteral("item|a|b.mp4");
-  entry.title = QStringLiteral("T");
-  entry.source = QStringLiteral("https://h/a%20b.mp4");
+  entry.itemID = text("item");
+  entry.title = text("T");
+  entry.source = text("https://h/a%20b.mp4");
+  entry.thumbnail = text("https://h/p.jpg");
+  const std::pair<const char*, const char*> keys[] = {
+      {"item|a|b", "item|a|b"}, {"|i|n", "item|n"}, {"plain", "item|plain"}, {"x|", "item|x"}};
+  for (const auto& [key, then] : keys) {
+    entry.key = text(key);
+    coordinator->play(entry);
+    EXPECT_EQ(taken(), "load a b.mp4 0");
+    EXPECT_EQ(*coordinator->nowPlaying(),
+              (NowPlaying{text(then), text("T"), QUrl(*entry.thumbnail)}));
+    EXPECT_EQ(library.history().front().key, text(then));
+    EXPECT_EQ(library.history().front().duration, 0);
+  }
+  // What plays is saved before another takes its place, which starts at its own position.
+  script("time 3");
+  entry.key = text("item|a|b");
   entry.position = 50;
   library.record(entry);
   coordinator->play(entry);
-  EXPECT_EQ(takeEvents().join(u'|'), QStringLiteral("load a b.mp4 50"));
-  EXPECT_EQ(coordinator->nowPlaying()->key, entry.key);
-  entry.key = QStringLiteral("plain");
-  entry.source = QStringLiteral("/tmp/x y.mp4");
+  EXPECT_EQ(then(), "load a b.mp4 50; -; ; item|a|b @0"); // the player's first word
+  EXPECT_EQ(library.entry(text("item|x"))->position, 3);
   entry.isLocal = true;
+  entry.source = folder.filePath(text("x y.mp4"));
   coordinator->play(entry);
-  EXPECT_EQ(library.history().front().key, QStringLiteral("item|plain"));
   EXPECT_EQ(library.history().front().source, entry.source);
   EXPECT_TRUE(library.history().front().isLocal);
   entry.isLocal = false;
   entry.source.clear();
-  takeEvents();
+  taken();
   coordinator->play(entry);
-  EXPECT_TRUE(takeEvents().isEmpty());
-  entry.source = QStringLiteral("magnet:?xt=urn:btih:") + kHash;
+  EXPECT_EQ(taken(), "");
+  entry.source = text("magnet:?xt=urn:btih:") + kHash;
   entry.itemID = kHash;
   coordinator->play(entry);
   turn();
-  EXPECT_EQ(takeEvents().last(), QStringLiteral("acquire aaaa T 0"));
+  EXPECT_EQ(taken(), "stop|acquire aaaa T 0");
+  EXPECT_EQ(coordinator->activeRowKey(), kHash);
 }
 
 // Whatever the flow waits for, its end and the coordinator's are quiet.
 TEST_F(PlaybackTest, CanBeCancelledAtEveryWait) {
+  const PlaybackCoordinator::Services services{*this, *this, subtitles, library, players};
   for (const bool destroyed : {false, true})
-    for (int step = 0; step < 5; ++step) {
+    for (int wait = 0; wait < 5; ++wait) {
       session->snap = {};
-      TorrentResult row = result("a", "Film");
-      if (!coordinator) {
-        coordinator.emplace(main.executor(), PlaybackCoordinator::Services{*this, *this, subtitles,
-                                                                           library, players});
-      }
-      coordinator->playFromSearchResult(row);                             // 0: not begun
-      if (step > 0) turn();                                               // 1: metadata
-      if (step > 1) session->snap.meta = meta(kFilm), pass(0.4);          // 2: buffering
-      if (step > 2) session->snap.streamReady = true, clock.advance(0.4); // 3: about to hand over
-      if (step > 3) pass(0.4);                                            // 4: monitor
-      if (step == 3)
+      if (!coordinator) coordinator.emplace(main.executor(), services);
+      coordinator->playFromSearchResult(result("a", "T"));                // 0: not begun
+      if (wait > 0) turn();                                               // 1: metadata
+      if (wait > 1) session->snap.meta = meta(kFilm), pass(0.4);          // 2: buffering
+      if (wait > 2) session->snap.streamReady = true, clock.advance(0.4); // 3: about to hand over
+      if (wait > 3) pass(0.4);                                            // 4: monitor
+      if (wait == 3)
         for (auto& sleeper : std::exchange(sleepers, {})) sleeper.wake({});
-      takeEvents();
+      taken();
       if (destroyed)
         coordinator.reset();
       else
         coordinator->endStream();
       turn();
       pass(5);
-      EXPECT_TRUE(sleepers.empty()) << step;
-      EXPECT_FALSE(takeEvents().join(u'|').contains(QStringLiteral("load"))) << step;
+      EXPECT_TRUE(sleepers.empty()) << wait;
+      EXPECT_EQ(taken(), wait == 0 ? "" : "release") << wait;
     }
 }
 

@@ -114,7 +114,7 @@ struct PlaybackWorld : testing::Test,
     events += program + u' ' + arguments.join(u' ');
     return launches;
   }
-  void terminate() override {}
+  void terminate() override { ++terminated; }
   QString findProgram(const QString&) const override { return onPath; }
   bool openInVlc(const QUrl& url) override {
     if (hasVlc) events += QStringLiteral("vlc ") + url.toString();
@@ -174,6 +174,7 @@ struct PlaybackWorld : testing::Test,
   QString onPath;
   bool launches = true;
   bool hasVlc = false;
+  int terminated = 0; // times that an external player was to end
 
   LibraryStore library{folder.filePath(QStringLiteral("history.json"))};
   SubtitleManager subtitles{main, pool, [](QUrl, std::chrono::milliseconds) -> Flow<QByteArray> {
