@@ -1,10 +1,6 @@
 // How the stream server treats readers that wait, vanish, dribble, or never read.
 #include "integration/streaming/StreamWorld.h"
-#include <ctime>
-#include <fcntl.h>
 #include <list>
-#include <sys/resource.h>
-#include <unistd.h>
 
 namespace vellum::test {
 namespace {
@@ -108,33 +104,6 @@ TEST_F(StreamReaders, OneAddressOfTheMachineAnswersUntilTheServerGoes) {
   EXPECT_EQ(idle.readAll(), "");
   EXPECT_EQ(waiting.readAll(), wholeHead());
   EXPECT_THROW(late.connect(url), std::system_error);
-}
-
-TEST_F(StreamReaders, WithoutDescriptorsNothingIsAcceptedNorStartedUntilThereAreSome) {
-  source->arriveAll();
-  HttpReader reader;
-  rlimit before{};
-  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
-  const int next = ::open("/dev/null", O_RDONLY | O_CLOEXEC); // the lowest one that is free
-  ::close(next);
-  const rlimit none{static_cast<rlim_t>(next), before.rlim_max};
-  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
-  reader.connect(url);
-  reader.get(url, "Range: bytes=0-0\r\n");
-  const auto first = std::exchange(server, std::make_unique<LocalStreamServer>(pool));
-  EXPECT_TRUE(urlOf(1, QString()).isEmpty());
-  const std::clock_t busyBefore = std::clock();
-  std::this_thread::sleep_for(300ms);
-  const double busy = static_cast<double>(std::clock() - busyBefore) / CLOCKS_PER_SEC;
-  EXPECT_EQ(source->bytesRead(), 0);
-  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
-  EXPECT_LT(busy, 0.1) << "it backs off instead of spinning";
-  HttpReader again(urlOf(1, QString()));
-  again.get(url, "Range: bytes=0-0\r\n");
-  for (HttpReader* each : {&reader, &again}) {
-    each->readHead();
-    EXPECT_EQ(each->readAll(), film(0, 1));
-  }
 }
 
 } // namespace
