@@ -7,10 +7,10 @@ namespace {
 
 // 900 pieces make an info dictionary of two metadata pieces.
 struct MetadataTest : testing::Test {
-  const MadeTorrent payload = makeTorrent({{"a.mkv", 900 * 16}}, 16);
-  const ByteSpan first = ByteSpan(payload.infoRaw).first(16384);
-  const ByteSpan second = ByteSpan(payload.infoRaw).subspan(16384);
-  const std::int64_t size = static_cast<std::int64_t>(payload.infoRaw.size());
+  const MadeTorrent payload = makeTorrent({900 * 16}, 16);
+  const ByteSpan first = asBytes(payload.infoRaw).first(16384);
+  const ByteSpan second = asBytes(payload.infoRaw).subspan(16384);
+  const std::int64_t size = payload.infoRaw.size();
   ManualClock clock;
   MetadataExchange exchange{payload.infoHash};
 

@@ -1,18 +1,20 @@
 // Which blocks a session asks of whom, and what becomes of them: over peers that a test plays.
 #include "SwarmWorld.h"
+#include <csignal>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 namespace vellum::test {
 namespace {
 
 struct SchedulerTest : testing::Test, SwarmWorld {
   PieceScheduler& scheduler() { return core->scheduler(); }
-  // A session that knows this torrent, of which no more than the sizes is true.
-  void beginMadeUp(std::int64_t pieceLength, std::size_t hashes, const std::vector<MadeFile>& files,
-                   const std::vector<int>& subtitles = {}) {
+  // A session that knows a torrent of files of these sizes, of which nothing else is true.
+  void beginMadeUp(std::int64_t pieceLength, std::size_t hashes,
+                   const std::vector<std::int64_t>& sizes, const std::vector<int>& subtitles = {}) {
     TorrentMeta meta{QStringLiteral("Film"), pieceLength, std::vector<Hash20>(hashes), {}, {}, 0};
-    for (const auto& [name, size] : files) {
-      meta.files.push_back({QString::fromUtf8(name), size});
+    for (const auto size : sizes) {
+      meta.files.push_back({QString::number(size), size});
       meta.offsets.push_back(meta.total);
       meta.total += size;
     }
@@ -23,7 +25,7 @@ struct SchedulerTest : testing::Test, SwarmWorld {
 };
 
 TEST_F(SchedulerTest, TenBlocksAreInFlightAndEachDeliveryBringsOneMore) {
-  begin(makeTorrent({{"a.mkv", 40 * kBlock}}, 4 * kBlock));
+  begin(makeTorrent({40 * kBlock}, 4 * kBlock));
   core->select(0, {});
   auto &one = join(), &other = join(), &choking = join(false);
   core->setMeta(payload.meta, false);
@@ -31,7 +33,6 @@ TEST_F(SchedulerTest, TenBlocksAreInFlightAndEachDeliveryBringsOneMore) {
   for (const int noFile : {-1, 1}) core->select(noFile, {});
   tick();
   EXPECT_EQ(one.asked(), "") << "nothing is selected yet";
-  EXPECT_EQ(scheduler().streamFile(), -1);
   EXPECT_EQ(core->makeSnapshot().streamProgress, 0.0);
   EXPECT_EQ(choking.on(frame(5, ByteVector(2, std::byte{0xFF}))), "");
   core->select(0, {});
@@ -53,7 +54,7 @@ TEST_F(SchedulerTest, TenBlocksAreInFlightAndEachDeliveryBringsOneMore) {
 }
 
 TEST_F(SchedulerTest, ABlockIsFreeAgainAtFifteenSecondsAndForgottenAfterTwenty) {
-  begin(makeTorrent({{"a.mkv", 10 * kBlock}}, 4 * kBlock));
+  begin(makeTorrent({10 * kBlock}, 4 * kBlock));
   auto& mute = join();
   know();
   const char* const all = "0.0 0.1 0.2 0.3 1.0 1.1 1.2 1.3 2.0 2.1";
@@ -71,7 +72,7 @@ TEST_F(SchedulerTest, ABlockIsFreeAgainAtFifteenSecondsAndForgottenAfterTwenty) 
 }
 
 TEST_F(SchedulerTest, OnlyExactBlocksOfMissingPiecesAreTaken) {
-  begin(makeTorrent({{"a.mkv", 2 * kBlock + 100}}, 2 * kBlock));
+  begin(makeTorrent({2 * kBlock + 100}, 2 * kBlock));
   auto& end = join();
   know();
   EXPECT_EQ(end.asked(), "0.0 0.1 1.0+100") << "a short last piece";
@@ -105,7 +106,7 @@ TEST_F(SchedulerTest, OnlyExactBlocksOfMissingPiecesAreTaken) {
 TEST_F(SchedulerTest, PiecesOfTwoGibibytesAreTheLargestAndThoseBehindTheEndAreEmpty) {
   for (const std::int64_t above : {0, 1}) {
     const std::int64_t pieceLength = 2048 * kMiB + above;
-    beginMadeUp(pieceLength, 3, {{"a", 2 * pieceLength}});
+    beginMadeUp(pieceLength, 3, {2 * pieceLength});
     auto& end = join(false);
     feed(*end.peer, pieceFrame(1, 0, ByteVector(kBlock)));
     feed(*end.peer, pieceFrame(2, 0, ByteVector(1)));
@@ -114,17 +115,8 @@ TEST_F(SchedulerTest, PiecesOfTwoGibibytesAreTheLargestAndThoseBehindTheEndAreEm
 }
 
 TEST_F(SchedulerTest, SubtitlesFollowTheTailAndASeekMovesTheWindow) {
-  // 32 pieces of film; an empty file within a piece, subtitles that fill one, a byte that begins
-  // one.
-  beginMadeUp(kMiB, 36,
-              {{"a.mkv", 32 * kMiB},
-               {"half", kMiB / 2},
-               {"none.srt", 0},
-               {"half", kMiB / 2},
-               {"a.srt", kMiB},
-               {"b.mkv", kMiB},
-               {"b.srt", 1}},
-              {-1, 7, 2, 4, 6});
+  // A film of 32 pieces; subtitles: nothing within a piece, a whole one, a byte that begins one.
+  beginMadeUp(kMiB, 36, {32 * kMiB, kMiB / 2, 0, kMiB / 2, kMiB, kMiB, 1}, {-1, 7, 2, 4, 6});
   EXPECT_EQ(scheduler().order(), (PieceOrder{{0, 7}, {29, 31}, {33, 33}, {35, 35}, {8, 28}}));
   core->setPlayhead(20 * kMiB);
   core->setPlayhead(30 * kMiB); // a look at the tail is no seek
@@ -144,7 +136,7 @@ TEST_F(SchedulerTest, SubtitlesFollowTheTailAndASeekMovesTheWindow) {
 }
 
 TEST_F(SchedulerTest, ReadyWithWindowAndTailAndCompleteWithAllOfWhatIsSelected) {
-  begin(makeTorrent({{"a.mkv", 12 * kMiB}, {"b.mkv", kMiB}}, kMiB));
+  begin(makeTorrent({12 * kMiB, kMiB}, kMiB));
   auto& end = join(false);
   know();
   know(); // chosen twice: what is missing is counted once
@@ -167,7 +159,7 @@ TEST_F(SchedulerTest, ReadyWithWindowAndTailAndCompleteWithAllOfWhatIsSelected) 
 }
 
 TEST_F(SchedulerTest, ChoosingAnotherFileAndTheFirstOneAgainAsksForWhatIsMissing) {
-  begin(makeTorrent({{"a.mkv", kBlock}, {"b.mkv", 2 * kBlock}}, kBlock));
+  begin(makeTorrent({kBlock, 2 * kBlock}, kBlock));
   auto& end = join();
   know();
   clock.advance(9);
@@ -187,7 +179,7 @@ TEST_F(SchedulerTest, ChoosingAnotherFileAndTheFirstOneAgainAsksForWhatIsMissing
 // Pieces of a block and a half, 1024 of which fill the 24 MiB.
 TEST_F(SchedulerTest, WhatDoesNotFitIntoMemoryWaitsInThePayloadFile) {
   constexpr std::int64_t kPiece = kBlock * 3 / 2;
-  begin(makeTorrent({{"a.mkv", 1101 * kPiece}}, kPiece));
+  begin(makeTorrent({1101 * kPiece}, kPiece));
   auto& end = join(false);
   know();
   const auto half = [&](std::int64_t piece, bool second) {
@@ -214,7 +206,7 @@ TEST_F(SchedulerTest, WhatDoesNotFitIntoMemoryWaitsInThePayloadFile) {
 }
 
 TEST_F(SchedulerTest, OfPiecesOnDiskTheOldestBeyond8192AreForgotten) {
-  beginMadeUp(kBlock + 1, 9800, {{"a", 9800 * (kBlock + 1)}});
+  beginMadeUp(kBlock + 1, 9800, {9800 * (kBlock + 1)});
   auto& end = join(false);
   for (std::uint32_t piece = 0; piece < 9800; ++piece)
     feed(*end.peer, pieceFrame(piece, kBlock, ByteVector(1)));
@@ -223,13 +215,13 @@ TEST_F(SchedulerTest, OfPiecesOnDiskTheOldestBeyond8192AreForgotten) {
 }
 
 TEST_F(SchedulerTest, OnePieceMayFillTheMemoryAndALargerOneIsNeverInIt) {
-  beginMadeUp(24 * kMiB, 2, {{"a", 48 * kMiB}});
+  beginMadeUp(24 * kMiB, 2, {48 * kMiB});
   for (const std::uint32_t piece : {0U, 1U}) {
     feed(*join(false).peer, pieceFrame(piece, 0, ByteVector(kBlock)));
     EXPECT_EQ(scheduler().assemblyBytes(), 24 * kMiB);
   }
   constexpr std::int64_t kLarge = 24 * kMiB + kBlock + 5;
-  begin(makeTorrent({{"a.mkv", kLarge}}, kLarge));
+  begin(makeTorrent({kLarge}, kLarge));
   auto& end = join(false);
   know();
   deliver(end, 0, 0); // hashed at once; what comes in another order is read back
@@ -242,13 +234,13 @@ TEST_F(SchedulerTest, OnePieceMayFillTheMemoryAndALargerOneIsNeverInIt) {
 
 TEST_F(SchedulerTest, ADeadDiskCostsNothingButTheData) {
   directory = QStringLiteral("/dev/null/none");
-  beginMadeUp(24 * kKiB, 1100, {{"a", 1100 * 24 * kKiB}});
+  beginMadeUp(24 * kKiB, 1100, {1100 * 24 * kKiB});
   for (std::uint32_t piece = 0; piece < 1100; ++piece)
     feed(*(piece == 0 ? join(false) : dialled[0]).peer, pieceFrame(piece, 0, ByteVector(kBlock)));
   EXPECT_EQ(scheduler().piecesInAssembly(), 1099U) << "nothing is given away a second time";
 
   constexpr std::int64_t kLarge = 25 * kMiB;
-  begin(makeTorrent({{"a.mkv", kLarge}}, kLarge));
+  begin(makeTorrent({kLarge}, kLarge));
   auto& end = join();
   know();
   end.asked();
@@ -256,6 +248,26 @@ TEST_F(SchedulerTest, ADeadDiskCostsNothingButTheData) {
   EXPECT_EQ(end.asked(), "0.0") << "what could not be put on disk is asked for again";
   for (std::int64_t begin = 0; begin < kLarge; begin += kBlock) deliver(end, 0, begin);
   EXPECT_TRUE(core->makeSnapshot().complete) << "verified, whatever the disk says";
+}
+
+// The limit on the size of a file stands for a disk without room: writes beyond it fail.
+TEST_F(SchedulerTest, ADiskWithoutRoomLosesWhatDoesNotFitAndNothingElse) {
+  constexpr std::size_t kRoom = 5 * kBlock + 100;
+  begin(makeTorrent({10 * kBlock}, 2 * kBlock));
+  auto& end = join();
+  rlimit before{};
+  ::getrlimit(RLIMIT_FSIZE, &before);
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit narrow{kRoom, before.rlim_max};
+  ::setrlimit(RLIMIT_FSIZE, &narrow);
+  know();
+  for (std::int64_t at = 0; at < 10; ++at) deliver(end, at / 2, at % 2 * kBlock);
+  ::setrlimit(RLIMIT_FSIZE, &before);
+  std::signal(SIGXFSZ, handler);
+  EXPECT_TRUE(core->makeSnapshot().complete) << "nothing is fetched twice";
+  ByteVector onDisk(kRoom + 1);
+  EXPECT_EQ(core->storage().readSome(0, onDisk), kRoom);
+  EXPECT_TRUE(std::ranges::equal(ByteSpan(onDisk).first(kRoom), payload.bytes().first(kRoom)));
 }
 
 } // namespace

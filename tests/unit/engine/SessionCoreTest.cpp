@@ -7,7 +7,7 @@ namespace {
 
 struct SessionCoreTest : testing::Test, SwarmWorld {
   void beginSmall(QStringList trackers = {}, QString title = {}) {
-    begin(makeTorrent({{"a.mkv", 20 * kBlock}}, 2 * kBlock), std::move(trackers), std::move(title));
+    begin(makeTorrent({20 * kBlock}, 2 * kBlock), std::move(trackers), std::move(title));
   }
   void deliverPiece(const Dialled& from, std::int64_t piece) const {
     for (const std::int64_t at : {std::int64_t{0}, kBlock}) deliver(from, piece, at);
@@ -72,8 +72,8 @@ TEST_F(SessionCoreTest, DialsAnAddressOnceAndNeverMoreThan45AtATimeAndSeedersNev
 }
 
 TEST_F(SessionCoreTest, MetadataIsAskedOfSeveralPeersAndOfTheMuteOneLast) {
-  begin(makeTorrent({{"a.mkv", 900 * 16}}, 16));
-  const auto raw = ByteSpan(payload.infoRaw);
+  begin(makeTorrent({900 * 16}, 16));
+  const auto raw = asBytes(payload.infoRaw);
   const auto offer = [&](int id) {
     return metadataOffer(static_cast<std::int64_t>(raw.size()), id);
   };
@@ -157,7 +157,7 @@ TEST_F(SessionCoreTest, ServesWhatItHasAtTheUploadLimitAndDropsWhatIsFiveSeconds
 }
 
 TEST_F(SessionCoreTest, AClosedPeersBlockGoesToTheOthersAtOnce) {
-  begin(makeTorrent({{"a.mkv", kBlock}}, kBlock));
+  begin(makeTorrent({kBlock}, kBlock));
   auto &one = join(), &other = join();
   know();
   EXPECT_EQ(one.asked() + "; " + other.asked(), "0.0; ");
@@ -187,7 +187,7 @@ TEST_F(SessionCoreTest, StoppedMeansStopped) {
 TEST_F(SessionCoreTest, RangesAreThereWhenTheirPiecesAreAndNeverBecauseOfAnOldPayload) {
   beginSmall();
   core->setMeta(payload.meta, false);
-  core->storage().write(0, payload.bytes);
+  core->storage().write(0, payload.bytes());
   beginSmall();
   EXPECT_FALSE(core->hasRange(0, 1)) << "before the metadata";
   know();
@@ -196,22 +196,18 @@ TEST_F(SessionCoreTest, RangesAreThereWhenTheirPiecesAreAndNeverBecauseOfAnOldPa
   auto& end = join(false);
   for (const std::int64_t piece : {0, 1, 5, 9}) deliverPiece(end, piece);
   const std::int64_t piece = 2 * kBlock;
-  const struct {
-    std::int64_t begin, length;
-    bool there;
-  } cases[] = {{0, 1, true},
-               {0, 2 * piece, true},
-               {0, 2 * piece + 1, false},
-               {5 * piece, piece, true},
-               {5 * piece - 1, 2, false},
-               {5 * piece, piece + 1, false},
-               {9 * piece, piece, true},
-               {9 * piece, piece + 1, false},
-               {9 * piece, 0, false},
-               {-1, 1, false},
-               {9 * piece, std::numeric_limits<std::int64_t>::max(), false}};
-  for (const auto& [begin, length, there] : cases)
-    EXPECT_EQ(core->hasRange(begin, length), there) << begin << ' ' << length;
+  using Range = std::pair<std::int64_t, std::int64_t>; // begin and length
+  for (const auto& [at, length] :
+       {Range{0, 1}, {0, 2 * piece}, {5 * piece, piece}, {9 * piece, piece}})
+    EXPECT_TRUE(core->hasRange(at, length)) << at << ' ' << length;
+  for (const auto& [at, length] : {Range{-1, 1},
+                                   {0, 2 * piece + 1},
+                                   {5 * piece - 1, 2},
+                                   {5 * piece, piece + 1},
+                                   {9 * piece, 0},
+                                   {9 * piece, piece + 1},
+                                   {9 * piece, std::numeric_limits<std::int64_t>::max()}})
+    EXPECT_FALSE(core->hasRange(at, length)) << at << ' ' << length;
 }
 
 } // namespace

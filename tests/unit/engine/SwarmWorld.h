@@ -11,36 +11,23 @@ namespace vellum::test {
 inline constexpr std::int64_t kBlock = kBlockSize;
 
 // A torrent as a session core sees it: its metadata beside its bytes.
-struct MadeTorrent {
+struct MadeTorrent : world::SeededTorrent {
   std::shared_ptr<const TorrentMeta> meta;
-  ByteSpan bytes;
-  ByteVector infoRaw;
-  Hash20 infoHash{};
-  world::SeededTorrent torrent; // owns the bytes
 
+  ByteSpan bytes() const { return payload->bytes(); }
   ByteSpan block(std::int64_t piece, std::int64_t begin, std::int64_t length) const {
-    return bytes.subspan(static_cast<std::size_t>(piece * meta->pieceLength + begin),
-                         static_cast<std::size_t>(length));
+    return bytes().subspan(static_cast<std::size_t>(piece * pieceLength + begin),
+                           static_cast<std::size_t>(length));
   }
 };
 
-struct MadeFile {
-  const char* name;
-  std::int64_t size = 0;
-};
-
-inline MadeTorrent makeTorrent(const std::vector<MadeFile>& files, std::int64_t pieceLength) {
-  std::vector<world::TestFile> contents;
-  for (const auto& [name, size] : files)
-    contents.push_back(
-        {QString::fromUtf8(name),
-         world::pseudoRandomBytes(static_cast<std::size_t>(size), contents.size() + 1)});
-  MadeTorrent made;
-  made.torrent = world::SeededTorrent::make(QStringLiteral("Film"), contents, pieceLength);
-  made.bytes = made.torrent.payload->bytes();
-  made.infoRaw = toVector(asBytes(made.torrent.infoRaw));
-  made.infoHash = made.torrent.infoHash;
-  made.meta = std::make_shared<const TorrentMeta>(*TorrentMeta::parse(made.infoRaw));
+// With files of these sizes.
+inline MadeTorrent makeTorrent(const std::vector<std::size_t>& sizes, std::int64_t pieceLength) {
+  std::vector<world::TestFile> files;
+  for (const auto size : sizes)
+    files.push_back({QString::number(size), world::pseudoRandomBytes(size, files.size() + 1)});
+  MadeTorrent made{world::SeededTorrent::make(QStringLiteral("Film"), files, pieceLength), {}};
+  made.meta = std::make_shared<const TorrentMeta>(*TorrentMeta::parse(asBytes(made.infoRaw)));
   return made;
 }
 
@@ -107,8 +94,8 @@ public:
     core->tick();
   }
   bool holdsThePayload() {
-    ByteVector onDisk(payload.bytes.size());
-    return core->storage().read(0, onDisk) && std::ranges::equal(onDisk, payload.bytes);
+    ByteVector onDisk(payload.bytes().size());
+    return core->storage().read(0, onDisk) && std::ranges::equal(onDisk, payload.bytes());
   }
 
   std::shared_ptr<PeerLink> dial(const PeerAddr& address, std::shared_ptr<PeerConn> peer) override {
