@@ -12,33 +12,6 @@ using namespace std::chrono_literals;
 
 struct FlowTest : testing::Test, world::MainThread {};
 
-TEST_F(FlowTest, AFlowOnAStrandGivesItsResultItsErrorOrItsCancellation) {
-  for (const std::string way : {"result", "error", "cancelled"}) {
-    IoPool pool;
-    FlowGroup flows(main.executor());
-    std::atomic<bool> isThere = false;
-    std::string said;
-    const auto there = [](std::string how, std::atomic<bool>& begun,
-                          const MainLoop& loop) -> Flow<std::string> {
-      begun = !loop.isCurrentThread();
-      if (how == "error") throw std::runtime_error(how);
-      if (how == "cancelled") co_await sleepFor(1h);
-      co_return how;
-    };
-    flows.spawn([](Flow<std::string> flow, WorkerStrand strand, std::string& out) -> Flow<> {
-      try {
-        out = co_await flowOn(strand, std::move(flow));
-      } catch (const std::exception& error) {
-        out = isCancellation(error) ? "cancelled" : error.what();
-      }
-    }(there(way, isThere, main), pool.makeWorkerStrand(), said));
-    turnUntil([&] { return isThere.load(); });
-    if (way == "cancelled") flows.cancelAll();
-    turnUntil([&] { return !said.empty(); });
-    EXPECT_EQ(said, way);
-  }
-}
-
 TEST_F(FlowTest, APoolEndsWhenAllOnItHasEndedAndTheMainThreadWasThereForIt) {
   const auto hop = [](MainLoop& loop, int& count, std::chrono::milliseconds pause) -> Flow<> {
     co_await sleepFor(pause);

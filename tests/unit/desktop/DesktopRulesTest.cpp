@@ -9,25 +9,14 @@ namespace {
 using namespace Qt::StringLiterals;
 
 TEST(LaunchArguments, KeepsWhatCanBeOpenedAndMakesPathsAbsolute) {
-  const QStringList arguments{u"--play.torrent"_s,
-                              u"magnet:?xt=urn:btih:00&dn=a%20b"_s,
-                              u"/a/Film.TORRENT"_s,
-                              u"Film: the sequel.torrent"_s,
-                              u"../x.torrent"_s,
-                              u"file:///a/b%20c.torrent"_s,
-                              u"http://host/x.torrent"_s,
-                              u"https://host/x.torrent?a=%20"_s,
-                              u"ftp://host/x.torrent"_s,
-                              u"https://host/x.html"_s,
-                              u"MAGNET:?xt=urn:btih:00"_s,
-                              u"/a/Film.txt"_s,
-                              u"torrent"_s,
-                              QString()};
-  EXPECT_EQ(
-      openableLinks(arguments, u"/work"_s).join(u' ').toStdString(),
-      "magnet:?xt=urn:btih:00&dn=a%20b /a/Film.TORRENT /work/Film: the sequel.torrent /x.torrent "
-      "/a/b c.torrent http://host/x.torrent https://host/x.torrent?a=%20 "
-      "/work/ftp:/host/x.torrent"); // the last is a path as any other
+  const QString arguments =
+      u"--play.torrent|magnet:?xt=urn:btih:00&dn=a%20b|/a/Film.TORRENT|Film: the sequel.torrent|"
+      "../x.torrent|file:///a/b%20c.torrent|http://host/x.torrent|https://host/x.torrent?a=%20|"
+      "ftp://host/x.torrent|https://host/x.html|MAGNET:?xt=urn:btih:00|/a/Film.txt|torrent|"_s;
+  EXPECT_EQ(openableLinks(arguments.split(u'|'), u"/work"_s).join(u'|').toStdString(),
+            "magnet:?xt=urn:btih:00&dn=a%20b|/a/Film.TORRENT|/work/Film: the sequel.torrent|"
+            "/x.torrent|/a/b c.torrent|http://host/x.torrent|https://host/x.torrent?a=%20|"
+            "/work/ftp:/host/x.torrent"); // the last is a path as any other
 }
 
 TEST(MediaControls, TellsAJumpFromPlaying) {
