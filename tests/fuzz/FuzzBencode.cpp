@@ -1,16 +1,12 @@
-#include "Require.h"
+#include "Fuzz.h"
 #include "formats/Bencode.h"
 
-using namespace vellum;
-using fuzz::require;
-
 // What was read lies within the input, and the same bytes alone are read alike.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const ByteSpan input = std::as_bytes(std::span(data, size));
+void vellum::fuzz::check(ByteSpan input) {
   BencodeParser parser(input);
   const auto value = parser.parse();
-  if (!value) return 0;
-  require(parser.pos() > 0 && parser.pos() <= size);
+  if (!value) return;
+  require(parser.pos() > 0 && parser.pos() <= input.size());
 
   BencodeParser again(input.first(parser.pos()));
   require(again.parse().has_value() && again.pos() == parser.pos());
@@ -19,10 +15,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   const auto range = parser.infoRange();
   require(range.has_value() == (value->find(QStringLiteral("info")) != nullptr));
-  if (range) {
-    require(range->first < range->second && range->second < parser.pos());
-    BencodeParser info(input.subspan(range->first, range->second - range->first));
-    require(info.parse().has_value() && info.pos() == range->second - range->first);
-  }
-  return 0;
+  if (!range) return;
+  require(range->first < range->second && range->second < parser.pos());
+  BencodeParser info(input.subspan(range->first, range->second - range->first));
+  require(info.parse().has_value() && info.pos() == range->second - range->first);
 }

@@ -1,14 +1,10 @@
-#include "Require.h"
+#include "Fuzz.h"
 #include "providers/ArchiveOrgProvider.h"
 
-using namespace vellum;
-using fuzz::require;
-
 // Whatever arrives, the files of a record lie on the catalog, and each is in one list at most.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
-  const auto details = ArchiveOrgProvider::parseDetails(bytes, QStringLiteral("item"));
-  if (!details) return 0;
+void vellum::fuzz::check(ByteSpan input) {
+  const auto details = ArchiveOrgProvider::parseDetails(toByteArray(input), QStringLiteral("item"));
+  if (!details) return;
   require(details->item.id == QLatin1String("item"));
   for (const ArchiveFile& file : details->files) {
     require(file.url.host() == QLatin1String("archive.org"));
@@ -17,5 +13,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   require(details->playable().size() + details->otherVideos().size() +
               details->subtitles().size() <=
           details->files.size());
-  return 0;
 }

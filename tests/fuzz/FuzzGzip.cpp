@@ -1,17 +1,13 @@
-// Bodies that claim to be packed.
-#include "Require.h"
+#include "Fuzz.h"
 #include "net/ContentCoding.h"
 #include "net/NetError.h"
 
-using namespace vellum;
-using fuzz::require;
-
 // The first byte sets the limit: whatever arrives, no more than that comes out, and a body that is
 // handed out at one limit is the same at any larger one.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  if (size == 0) return 0;
-  const QByteArray body(reinterpret_cast<const char*>(data) + 1, static_cast<qsizetype>(size - 1));
-  const std::int64_t limit = std::int64_t{data[0]} * 64;
+void vellum::fuzz::check(ByteSpan input) {
+  if (input.empty()) return;
+  const QByteArray body = toByteArray(input.subspan(1));
+  const std::int64_t limit = std::to_integer<std::int64_t>(input[0]) * 64;
   try {
     const QByteArray plain = unpacked(body, kAcceptedCoding, limit);
     require(body.isEmpty() || plain.size() <= limit);
@@ -19,5 +15,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   } catch (const NetError&) {
   }
   require(unpacked(body, "br", limit) == body);
-  return 0;
 }

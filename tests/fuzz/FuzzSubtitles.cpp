@@ -1,11 +1,9 @@
 #include "FuzzSubtitles.h"
 
-using namespace vellum;
-
-namespace {
+namespace vellum::fuzz {
 
 // The same rules in the plainest way, whatever it costs.
-SubtitleCues reference(QString text) {
+static SubtitleCues reference(QString text) {
   static const QRegularExpression markup(QStringLiteral("<[^>]+>"));
   const QString arrow = QStringLiteral("-->");
   text.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).remove(QChar(QChar::ByteOrderMark));
@@ -16,17 +14,16 @@ SubtitleCues reference(QString text) {
     const QStringList parts = lines.isEmpty() ? QStringList() : lines.takeFirst().split(arrow);
     if (parts.size() != 2) continue;
     const auto start = SubtitleParser::parseTime(parts[0]);
-    const auto end = SubtitleParser::parseTime(fuzz::trimmedBlanks(parts[1]).section(u' ', 0, 0));
+    const auto end = SubtitleParser::parseTime(trimmedBlanks(parts[1]).section(u' ', 0, 0));
     const QString shown = lines.join(u'\n').remove(markup).trimmed();
     if (start && end && !shown.isEmpty()) cues.push_back({*start, *end, shown});
   }
   return cues;
 }
 
-} // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const QString text = fuzz::decoded(data, size);
-  fuzz::requireSame(SubtitleParser::parse(text), reference(text));
-  return 0;
+void check(ByteSpan input) {
+  const QString text = SubtitleParser::decode(toByteArray(input));
+  requireSame(SubtitleParser::parse(text), reference(text));
 }
+
+} // namespace vellum::fuzz

@@ -1,15 +1,11 @@
-// Replies of a hostile tracker, over UDP and HTTP.
-#include "Require.h"
+#include "Fuzz.h"
 #include "engine/TrackerWire.h"
 
-using namespace vellum;
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const auto bytes = std::as_bytes(std::span(data, size));
+// Replies of a hostile tracker, over UDP and HTTP.
+void vellum::fuzz::check(ByteSpan input) {
   constexpr std::uint32_t id = 0x01020304;
-  parseUdpConnect(bytes, id);
-  if (const auto result = parseUdpAnnounce(bytes, id))
-    fuzz::require(result->peers.size() == (size - 20) / 6);
-  parseHttpAnnounce(bytes);
-  return 0;
+  parseUdpConnect(input, id);
+  if (const auto result = parseUdpAnnounce(input, id))
+    require(result->peers.size() == (input.size() - 20) / 6);
+  parseHttpAnnounce(input);
 }

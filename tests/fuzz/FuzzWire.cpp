@@ -1,43 +1,28 @@
-// Bytes of a hostile peer, in random splits, into a session that has metadata or still wants it.
-#include "Require.h"
-#include "unit/engine/Frames.h"
+#include "Fuzz.h"
 #include "unit/engine/SwarmWorld.h"
 #include <fuzzer/FuzzedDataProvider.h>
 
-using namespace vellum;
-using namespace vellum::test;
-
-namespace {
-const MadeTorrent& payload() {
-  static const MadeTorrent once = makeTorrent({{"a.mkv", 100'000}, {"a.srt", 500}}, 32768);
-  return once;
-}
-} // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  FuzzedDataProvider input(data, size);
+// Bytes of a hostile peer, in random splits, into a session that has metadata or still wants it.
+void vellum::fuzz::check(ByteSpan bytes) {
+  using namespace test;
+  static const MadeTorrent torrent = makeTorrent({100'000, 500}, 32768);
   static SwarmWorld world;
-  const auto core = world.makeCore(payload().infoHash);
-  core->start();
-  if (input.ConsumeBool()) {
-    core->setMeta(payload().meta, false);
-    core->select(0, {1});
-  }
-  core->addPeers({{QStringLiteral("10.0.0.1"), 1}, {QStringLiteral("10.0.0.2"), 2}});
+  FuzzedDataProvider input(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+  world.begin(torrent);
+  if (input.ConsumeBool()) world.know({1});
+  world.core->addPeers({{QStringLiteral("10.0.0.1"), 1}, {QStringLiteral("10.0.0.2"), 2}});
   for (auto& end : world.dialled) end.peer->connected();
   if (input.ConsumeBool())
-    for (auto& end : world.dialled) feed(*end.peer, handshake(payload().infoHash));
+    for (auto& end : world.dialled) feed(*end.peer, handshake(torrent.infoHash));
   while (input.remaining_bytes() > 0) {
     auto& end = world.dialled[input.ConsumeIntegralInRange<std::size_t>(0, 1)];
-    const auto bytes =
+    const auto some =
         input.ConsumeBytes<std::uint8_t>(input.ConsumeIntegralInRange<std::size_t>(1, 200));
-    feed(*end.peer, std::as_bytes(std::span(bytes)));
-    fuzz::require(end.peer->inflight().size() <= 10);
-    world.clock.advance(0.3);
-    core->tick();
-    core->sendDueBlocks();
+    feed(*end.peer, std::as_bytes(std::span(some)));
+    require(end.peer->inflight().size() <= 10);
+    world.tick(0.3);
+    world.core->sendDueBlocks();
     end.link->out.clear();
   }
-  core->stop();
-  return 0;
+  world.core->stop();
 }
