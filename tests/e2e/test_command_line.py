@@ -69,16 +69,15 @@ class Streams(WorldTest):
         torrent, (udp, http) = self.world.torrent, self.world.trackers
         films = json.loads(self.world.ask("yts", "/api/v2/list_movies.json?query_term=1080p+demo"))
         found = films["data"]["movies"][0]["torrents"][0]
-        for i, (source, default_trackers) in enumerate((
+        for i, (source, trackers) in enumerate((
                 (torrent.magnet(f"tr={http}"), ""), (torrent.path, ""), (found["url"], ""),
                 (torrent.magnet("x.pe=127.0.0.1:1", f"x.pe={self.world.seeders[1]}"), ""),
                 (torrent.hash.upper(), udp))):
             with self.subTest(source):
-                vellum = self.start(Vellum(self.folder / str(i), source,
-                                           trackers=default_trackers))
+                vellum = self.start(Vellum(self.folder / str(i), source, trackers=trackers))
                 vellum.wait_for("DONE", 20)
                 self.assertEqual(read_all(vellum.url()).sha1, sha1_of(self.film))
-                self.assertRegex(vellum.out(), rf"\AFILE 0 {SIZE} \S.*\nURL .*\nREADY \d.*\nDONE \d")
+                self.assertRegex(vellum.out(), rf"^FILE 0 {SIZE} \S.*\nURL .*\nREADY \d.*\nDONE \d")
 
     def test_a_signal_ends_it_soon_and_the_file_stays_if_it_shall(self) -> None:
         slow = self.start(DemoWorld(self.folder / "slow", self.film, "--rate", "300000",
