@@ -1,6 +1,5 @@
 // The real window, driven by mouse and keyboard through the demo world.
 #include "ui/window/WindowTest.h"
-#include "app/MediaSession.h"
 #include "ui/controls/Look.h"
 #include <QGuiApplication>
 #include <QMimeData>
@@ -93,10 +92,8 @@ TEST_F(WindowTest, ATorrentThatNobodySeedsIsTriedOnlyWhenWanted) {
 }
 
 TEST_F(WindowTest, WhatIsDroppedComesIntoTheInspectorAndWhatIsNoneIsSaid) {
-  const auto drop = [&](const QList<QUrl>& files, const QString& words) {
-    QMimeData data;
-    if (files.isEmpty()) data.setText(words);
-    if (!files.isEmpty()) data.setUrls(files);
+  QMimeData data;
+  const auto drop = [&] {
     const QPoint at(300, 200);
     QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, {});
     QDropEvent dropped(at, Qt::CopyAction, &data, Qt::LeftButton, {});
@@ -106,20 +103,21 @@ TEST_F(WindowTest, WhatIsDroppedComesIntoTheInspectorAndWhatIsNoneIsSaid) {
   const auto inspects = [&](const char* what) {
     return until([&] { return see.text(text("countsLine")).find(what) != std::string::npos; });
   };
-  drop({}, world.magnet());
+  data.setText(world.magnet());
+  drop();
   ASSERT_TRUE(until([&] { return see.property(text("inspector"), "opened").toBool(); }));
   EXPECT_TRUE(see.shows(text("copyMagnetButton")));
   EXPECT_FALSE(see.shows(text("revealButton")));
   const QString file = world.home() + text("/a #1 100%.torrent");
   ASSERT_TRUE(QFile::copy(world.torrentFile(), file));
-  drop({QUrl::fromLocalFile(file)}, {}); // takes the place of what was shown
+  data.setUrls({QUrl::fromLocalFile(file)});
+  drop(); // takes the place of what was shown
   EXPECT_TRUE(inspects("2 file(s)"));
   EXPECT_TRUE(see.shows(text("revealButton")));
 
-  QFile broken(world.home() + text("/broken.torrent"));
-  ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
-  broken.close();
-  world.state().links.open(broken.fileName()); // over the sheet, which stays
+  const QString broken = world.home() + text("/broken.torrent");
+  ASSERT_TRUE(QFile(broken).open(QIODevice::WriteOnly));
+  world.state().links.open(broken); // over the sheet, which stays
   ASSERT_TRUE(until([&] { return see.property(text("noticeAlert"), "opened").toBool(); }));
   EXPECT_EQ(see.text(text("noticeAlert"), "message"),
             "Couldn't read torrent: Not a valid .torrent file");
@@ -145,43 +143,6 @@ TEST_F(WindowTest, WhatWasWatchedWhenTheProgramEndsIsResumedInTheNext) {
   world.drive().click(text("resumeButton"));
   EXPECT_TRUE(until([&] { return world.state().playback.player.currentTime() > 19; }));
   EXPECT_TRUE(world.drive().shows(text("playerScreen")));
-}
-
-// What the desktop would be told and asked.
-struct Desktop final : MediaControls {
-  void show(const MediaStatus& status) override { shown = status; }
-  MediaStatus shown;
-  bool awake = false;
-};
-struct Borrowed final : platform::DisplaySleep {
-  explicit Borrowed(Desktop& lender) : desktop(lender) {}
-  void hold(const QString&) override { desktop.awake = true; }
-  void release() override { desktop.awake = false; }
-  Desktop& desktop;
-};
-
-TEST_F(WindowTest, TheDesktopSeesAndSteersWhatPlays) {
-  Desktop desktop;
-  StayAwake stayAwake(std::make_unique<Borrowed>(desktop));
-  MediaSession session(world.state(), desktop, stayAwake);
-  searchFor("demo");
-  clickPart("480p", "playButton");
-  ASSERT_TRUE(until([&] { return player.currentTime() > 0.2; }));
-  EXPECT_TRUE(desktop.shown.isLoaded && desktop.shown.isPlaying && desktop.awake);
-  EXPECT_TRUE(desktop.shown.title.startsWith(text("Vellum Demo Film (2026)")));
-  Q_EMIT desktop.pause();
-  Q_EMIT desktop.pause(); // twice is once
-  ASSERT_TRUE(until([&] { return !player.isPlaying(); }));
-  EXPECT_FALSE(desktop.shown.isPlaying || desktop.awake);
-  Q_EMIT desktop.seekBy(10);
-  EXPECT_TRUE(until([&] { return desktop.shown.position > 9; }));
-  Q_EMIT desktop.setVolume(0.5);
-  EXPECT_EQ(desktop.shown.volume, 0.5);
-  Q_EMIT desktop.play();
-  EXPECT_TRUE(until([&] { return desktop.awake; }));
-  Q_EMIT desktop.stop();
-  EXPECT_FALSE(desktop.shown.isLoaded || desktop.awake);
-  EXPECT_TRUE(nothingIsLeft());
 }
 
 } // namespace

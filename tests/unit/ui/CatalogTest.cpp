@@ -45,8 +45,7 @@ struct CatalogTest : ModelTest {
 
   CatalogState catalog{
       main, pool, [this](const CatalogQuery& query) { return search(text(answers[query.sort])); }};
-  LocalVideos saved;
-  HomeModel home{{catalog, library, entries, navigation, [this] { return saved; }}};
+  HomeModel home{{catalog, library, entries, navigation, [] { return LocalVideos(); }}};
   ItemModel page{{main, pool, navigation, entries, links,
                   [this](const QString& id) { return details(*this, id); },
                   [this](const ArchiveFile& file, const MediaItem& of) {
@@ -70,8 +69,6 @@ TEST_F(CatalogTest, HomeShowsWhatThereIs) {
     const auto counts = text("%1 %2 ").arg(home.featured()->count()).arg(home.popular()->count());
     EXPECT_EQ(said(counts + text(home.isEmpty() ? "empty" : "") + home.errorText()), shown);
   }
-  for (const int row : {1, -1}) home.popular()->open(row);
-  EXPECT_FALSE(navigation.selectedItem());
   home.featured()->open(1);
   EXPECT_EQ(said(navigation.selectedItem()->id), "g");
 }
@@ -86,26 +83,14 @@ TEST_F(CatalogTest, HomeGoesOnWithWhatWasBegun) {
   EXPECT_EQ(column(begun, "subtitle"), "0:50 / 1:40|0:50");
   EXPECT_EQ(column(begun, "progress"), "0.5|-1");
   EXPECT_EQ(column(begun, "poster"), "https://127.0.0.1/poster|");
-  EXPECT_EQ(column(*home.recentlyViewed(), "progress"), "-1|-1");
   begun.open(0);
   turn();
   EXPECT_EQ(told(), "load half 50");
-  saved = {{text("Film.mp4"), folder.filePath(text("Film.mp4")), 1500000}};
-  home.savedChanged();
-  EXPECT_EQ(column(*home.local(), "subtitle"), "1.5 MB");
-  home.local()->open(0);
-  EXPECT_TRUE(takeEvents().contains(text("load Film.mp4 0")));
 }
 
-TEST_F(CatalogTest, DiscoverAndSearchShareOneViewMode) {
+TEST_F(CatalogTest, DiscoverKeepsItsCollectionAndSearchSaysWhyThereIsNothing) {
   DiscoverModel discover(catalog, settings, navigation);
   CatalogSearchModel found(catalog, settings, navigation);
-  int modes = 0;
-  QObject::connect(&found, &CatalogSearchModel::gridViewChanged, [&] { ++modes; });
-  discover.setGridView(!settings.gridView());
-  EXPECT_EQ(found.gridView(), settings.gridView());
-  EXPECT_EQ(modes, 1);
-
   answers[text("downloads desc")] = "a b";
   discover.appear();
   EXPECT_EQ(said(discover.current()), "feature_films");
@@ -115,54 +100,52 @@ TEST_F(CatalogTest, DiscoverAndSearchShareOneViewMode) {
   ASSERT_TRUE(turnUntil([&] { return !discover.isLoading(); }));
   discover.results()->open(1);
   EXPECT_EQ(said(navigation.selectedItem()->id), "b");
-
   EXPECT_EQ(said(found.emptyText()), "Enter a search to browse the catalog.");
   found.setQuery(text("x"));
-  for (const auto& [answer, count, words] : {std::tuple{"a b c", 3, ""},
-                                             {"!503", 0, "Search failed: HTTP 503"},
-                                             {"", 0, "No results."}}) {
+  for (const auto& [answer, words] :
+       {std::pair{"a b", ""}, {"!503", "Search failed: HTTP 503"}, {"", "No results."}}) {
     answers[text("downloads desc")] = answer;
     found.search();
     EXPECT_EQ(said(found.emptyText() + found.errorText()), "") << "while it searches";
     ASSERT_TRUE(turnUntil([&] { return !found.isSearching(); }));
-    EXPECT_EQ(found.results()->count(), count);
     EXPECT_EQ(said(found.emptyText() + found.errorText()), words);
   }
 }
 
 TEST_F(CatalogTest, AnItemSaysWhatItsFilesAreGoodFor) {
   const std::string other = "Other video files (download only)";
-  for (const auto& [names, restricted, warning, files, groups, playable] :
-       {std::tuple<std::initializer_list<const char*>, bool, const char*, const char*, std::string,
-                   std::string>{{"a.mp4", "b.mkv", "c.MOV"},
-                                false,
-                                "",
-                                "a.mp4|c.MOV|b.mkv",
-                                "Play|Play|" + other,
-                                "true|true|false"},
-        {{"a.mp4", "b.mkv"}, true, "This item is access", "a.mp4|b.mkv", "Play|", "false|false"},
-        {{}, true, "This item is access", "", "", ""},
-        {{"a.mkv"}, false, "No Mac-compatible s", "a.mkv", other, "false"},
-        {{"a.txt", "b.srt"}, false, "No video files foun", "", "", ""}}) {
-    openFiles(names, restricted);
-    EXPECT_EQ(said(page.warning().left(19)), warning);
-    EXPECT_EQ(column(*page.files(), "name"), files);
-    EXPECT_EQ(column(*page.files(), "group"), groups);
-    EXPECT_EQ(column(*page.files(), "canPlay"), playable);
+  struct Case {
+    std::initializer_list<const char*> names;
+    bool restricted;
+    std::string warning, files, groups, playable;
+  };
+  for (const Case& c :
+       {Case{{"a.mp4", "b.mkv", "c.MOV"},
+             false,
+             "",
+             "a.mp4|c.MOV|b.mkv",
+             "Play|Play|" + other,
+             "true|true|false"},
+        Case{{"a.mp4", "b.mkv"}, true, "This item", "a.mp4|b.mkv", "Play|", "false|false"},
+        Case{{}, true, "This item", "", "", ""},
+        Case{{"b.mkv"}, false, "No Mac-co", "b.mkv", other, "false"},
+        Case{{"a.txt", "b.srt"}, false, "No video ", "", "", ""}}) {
+    openFiles(c.names, c.restricted);
+    EXPECT_EQ(said(page.warning().left(9)), c.warning);
+    EXPECT_EQ(column(*page.files(), "name"), c.files);
+    EXPECT_EQ(column(*page.files(), "group"), c.groups);
+    EXPECT_EQ(column(*page.files(), "canPlay"), c.playable);
   }
 
-  openFiles({"b.mkv", "a.mp4", "a.srt", "a.vtt", "x.torrent"});
+  openFiles({"b.mkv", "a.mp4", "a.srt", "a.vtt"});
   EXPECT_EQ(said(page.subtitlesText()), "2 subtitle file(s) will be available in the player.");
   for (const int row : {-1, 1, 2}) page.save(row);
   page.play(1); // may not
   EXPECT_EQ(told(), "save b.mkv of id");
   page.play(0);
   EXPECT_TRUE(takeEvents().contains(text("load a.mp4 0")));
-  EXPECT_EQ(subtitles.tracks().size(), 2U);
   EXPECT_FALSE(page.isShown());
   EXPECT_EQ(said(page.title()), "id") << "still there to fade out";
-  page.inspectTorrent();
-  EXPECT_TRUE(turnUntil([&] { return navigation.notice().has_value(); })) << "the answer is none";
 }
 
 TEST_F(CatalogTest, AnItemShowsWhatIsKnownAndNothingOfAnother) {

@@ -22,7 +22,6 @@ struct DownloadsModelTest : ModelTest {
   Runtime runtime;
   AppState state{runtime, AppState::Options{}};
   DownloadsModel model{{downloads, state.engine, *coordinator, entries, cache}};
-  QAbstractItemModel& tasks = *model.tasks();
 };
 
 TEST_F(DownloadsModelTest, TellsHowEachDownloadStands) {
@@ -32,29 +31,22 @@ TEST_F(DownloadsModelTest, TellsHowEachDownloadStands) {
   transfers.all[0]->now = {1'200'000, 0};
   transfers.all[1]->now = {1'500'000, 3'000'000};
   downloads.publishProgress();
+  const QAbstractItemModel& tasks = *model.tasks();
   const QStringList keys = text(column(tasks, "key").c_str()).split(u'|');
-  model.pause(keys[2]);
   transfers.all[2]->ended(TransferFailed{text("HTTP\n404")});
   std::error_code error;
   transfers.all[3]->ended(TransferFinished{PartFile::create(folder.path(), error)});
-  ASSERT_TRUE(turnUntil([&] { return column(tasks, "phase").starts_with("finished|failed"); }));
-  EXPECT_EQ(column(tasks, "phase"), "finished|failed|paused|downloading");
+  ASSERT_TRUE(turnUntil(
+      [&] { return column(tasks, "phase") == "finished|failed|downloading|downloading"; }));
   EXPECT_EQ(column(tasks, "detail"), "Saved to " + said(folder.filePath(text("d.mp4"))) +
                                          "|Failed: HTTP 404|1.5 MB of 3 MB|1.2 MB of —");
   EXPECT_TRUE(column(tasks, "progress").ends_with("|0.5|-1")) << column(tasks, "progress");
   model.play(keys[1]); // not a finished one
   EXPECT_FALSE(coordinator->nowPlaying());
-  model.play(keys[0]);
-  EXPECT_EQ(said(coordinator->nowPlaying()->title), "d");
-  model.resume(keys[2]);
-  EXPECT_EQ(column(tasks, "phase"), "finished|failed|downloading|downloading");
-  model.cancel(keys[2]);
-  model.cancel(keys[0]);
-  EXPECT_EQ(column(tasks, "title"), "c|a \uFFFD");
+  for (const int gone : {2, 0}) model.cancel(keys[gone]);
   EXPECT_TRUE(model.hasFinished()) << "what has failed can be cleared too";
   model.clearFinished();
   EXPECT_EQ(column(tasks, "title"), "a \uFFFD");
-  EXPECT_FALSE(model.hasFinished());
 }
 
 TEST_F(DownloadsModelTest, StopsWhatPlaysOnlyWithItsOwnTorrent) {
@@ -65,8 +57,8 @@ TEST_F(DownloadsModelTest, StopsWhatPlaysOnlyWithItsOwnTorrent) {
   const QAbstractItemModel& torrents = *model.torrents();
   EXPECT_EQ(column(torrents, "name"), "A|B");
   EXPECT_EQ(column(torrents, "status"), "Streaming|Seeding");
-  const std::string counts = "0 peers · ↓ Zero KB/s · ↑ Zero KB/s · uploaded Zero KB";
-  EXPECT_EQ(column(torrents, "counts"), counts + '|' + counts);
+  EXPECT_TRUE(column(torrents, "counts")
+                  .ends_with("|0 peers · ↓ Zero KB/s · ↑ Zero KB/s · uploaded Zero KB"));
   for (const QString& key : {text("unknown"), seeding}) model.stopTorrent(key);
   EXPECT_EQ(column(torrents, "name"), "A");
   EXPECT_TRUE(coordinator->stream());
@@ -74,36 +66,27 @@ TEST_F(DownloadsModelTest, StopsWhatPlaysOnlyWithItsOwnTorrent) {
   EXPECT_FALSE(coordinator->stream() || coordinator->nowPlaying() || model.hasTorrents());
 }
 
-struct LibraryModelTest : ModelTest {
-  LibraryModel model{library, downloads, entries};
-  QAbstractItemModel& rows = *model.rows();
-};
-
-TEST_F(LibraryModelTest, ShowsPlaysAndForgetsWhatWasSavedAndWatched) {
+TEST_F(ModelTest, TheLibraryShowsPlaysAndForgetsWhatWasSavedAndWatched) {
+  LibraryModel model(library, downloads, entries);
+  const QAbstractItemModel& rows = *model.rows();
   QFile film(folder.filePath(text("a#b 100%.mkv")));
   ASSERT_TRUE(film.open(QIODevice::WriteOnly) && film.resize(1'200'000));
   film.close();
   for (const auto& [name, position, duration] :
        {std::tuple{"new", 0, 0}, {"begun", 61, 3661}, {"over", 9000, 3600}}) // a file may say so
-    library.record({text("id|%1").arg(text(name)),
-                    text("id"),
-                    text(name) + u'\n',
-                    text("/films/%1").arg(text(name)),
-                    true,
-                    {},
-                    double(position),
-                    double(duration),
-                    0});
+    library.record({.key = text("id|") + text(name),
+                    .itemID = text("id"),
+                    .title = text(name) + u'\n',
+                    .source = text("/films/") + text(name),
+                    .isLocal = true,
+                    .position = double(position),
+                    .duration = double(duration)});
   model.open();
   ASSERT_TRUE(turnUntil([&] { return model.hasSaved(); }));
   EXPECT_EQ(column(rows, "group"), "saved|history|history|history");
   EXPECT_EQ(column(rows, "title"), "a#b 100%.mkv|over|begun|new");
   EXPECT_EQ(column(rows, "detail"), "1.2 MB|2:30:00 / 1:00:00|1:01 / 1:01:01|0:00 / 0:00");
-  EXPECT_EQ(column(rows, "resumes"), "false|true|true|false");
   EXPECT_TRUE(column(rows, "progress").starts_with("0|1|0.016")) << column(rows, "progress");
-
-  model.playSaved(text("id|begun"));
-  EXPECT_FALSE(coordinator->nowPlaying());
   model.playSaved(text(column(rows, "key").c_str()).section(u'|', 0, 0));
   EXPECT_EQ(said(coordinator->nowPlaying()->title), "a#b 100%");
   takeEvents();
@@ -111,19 +94,12 @@ TEST_F(LibraryModelTest, ShowsPlaysAndForgetsWhatWasSavedAndWatched) {
   EXPECT_TRUE(takeEvents().contains(text("load begun 61")));
   model.remove(text("id|over"));
   EXPECT_EQ(column(rows, "title"), "a#b 100%.mkv|begun|a#b 100%|new");
-  model.clearHistory();
-  EXPECT_FALSE(model.hasHistory());
 }
 
 struct SettingsTest : ModelTest {
   SettingsTest() { settings.setProviders({catalog, indexer, other}); }
   ProviderRowModel& row(int index) { return *rows.at(index); }
   const ProviderConfig& stored(std::size_t index) const { return settings.providers().at(index); }
-  std::string names() {
-    QStringList list;
-    for (int i = 0; i < rows.count(); ++i) list += row(i).name();
-    return said(list.join(u' '));
-  }
 
   const ProviderConfig catalog = provider("C", ProviderKind::ArchiveOrg, "https://fixed");
   const ProviderConfig indexer = provider("I", ProviderKind::Torznab, "https://i");
@@ -141,16 +117,14 @@ TEST_F(SettingsTest, AProviderStoresWhatIsValidAndKeepsTheRestInItsEditor) {
         {"   ", "https://a", false, "https://i", "", ""},
         {"http://x", " https://a \r\n\r\n\t\rhttp://b\nftp://c\n", true, "http://x",
          "https://a|http://b", "ftp://c"}}) {
-    SCOPED_TRACE(testing::Message() << base << " / " << mirrors);
     settings.update(indexer);
     row(1).edit();
     row(1).setBase(text(base));
     row(1).setMirrorsText(text(mirrors));
-    EXPECT_EQ(row(1).isBaseValid(), isValid);
+    EXPECT_EQ(row(1).isBaseValid(), isValid) << base;
     row(1).done();
-    EXPECT_FALSE(row(1).isExpanded());
-    EXPECT_EQ(said(stored(1).baseURL), storedBase);
-    EXPECT_EQ(said(stored(1).mirrors.join(u'|')), storedMirrors);
+    EXPECT_EQ(said(stored(1).baseURL), storedBase) << base;
+    EXPECT_EQ(said(stored(1).mirrors.join(u'|')), storedMirrors) << base;
     EXPECT_EQ(said(row(1).invalidMirrors().join(u'|')), ignored);
     EXPECT_EQ(said(row(1).mirrorsText()), mirrors);
   }
@@ -165,123 +139,65 @@ TEST_F(SettingsTest, AProviderStoresWhatIsValidAndKeepsTheRestInItsEditor) {
   EXPECT_FALSE(stored(0).enabled);
 }
 
-TEST_F(SettingsTest, AProviderIsTestedAsItIsOnTheScreen) {
-  net.hosts[text("good")] = reply("<rss><channel></channel></rss>");
-  net.hosts[text("page")] = reply("<html>", 200, "text/html");
-  row(1).setApiKey(text("key"));
-  row(1).setBase(text("https://good"));
-  row(1).setMirrorsText(text("https://page\nhttps://gone"));
-  for (int round = 0; round < 2; ++round) {
-    row(1).test();
-    EXPECT_EQ(column(row(1).results(), "state"), "");
-    ASSERT_TRUE(turnUntil([&] { return !row(1).isTesting(); }));
-    EXPECT_EQ(column(row(1).results(), "state"), "ok|doubtful|failed");
-    row(1).setBase(text("in valid")); // then it is tested as it is stored
-  }
-  const std::string detail = column(row(1).results(), "detail");
-  EXPECT_TRUE(detail.starts_with("Reachable, API format OK · 0 ms|")) << detail;
-  EXPECT_TRUE(net.asked[0].contains(text("apikey=key")));
-}
-
 TEST_F(SettingsTest, RowsOfProvidersKeepWhatIsTypedAndGoInTheirTime) {
-  const QPointer<ProviderRowModel> first = &row(1), second = &row(2);
-  second->edit();
-  second->setBase(text("half typ"));
-  first->edit();
+  row(2).setBase(text("half typ"));
+  const QPointer<ProviderRowModel> first = &row(1);
   first->test();
   first->remove();
-  EXPECT_EQ(names(), "C O");
   ASSERT_NE(first, nullptr) << "whoever pressed its button still looks at it";
   first->done();
   EXPECT_EQ(settings.providers().size(), 2U);
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   EXPECT_EQ(first, nullptr);
-  QCoreApplication::processEvents(); // the test's answer finds nobody
+  turn(); // the test's answer finds nobody
 
   auto twice = indexer;
   twice.name = text("T");
   settings.setProviders({other, indexer, twice, catalog}); // two with one id
-  EXPECT_EQ(names(), "O I T C");
-  EXPECT_EQ(&row(0), second);
-  EXPECT_EQ(said(second->base()), "half typ");
+  ASSERT_EQ(rows.count(), 4);
+  EXPECT_EQ(said(row(1).name() + row(2).name()), "IT");
+  EXPECT_EQ(said(row(0).base()), "half typ");
   rows.startOver();
   EXPECT_EQ(said(row(0).base()), "");
-  EXPECT_FALSE(row(0).isExpanded());
 }
 
 TEST_F(SettingsTest, NumbersStayWithinTheirLimitsWhateverIsStored) {
-  struct Number {
-    QVariantMap (SettingsModel::*shown)() const;
-    void (SettingsModel::*set)(int);
-    void (SettingsStore::*store)(qint64);
-    qint64 (SettingsStore::*stored)() const;
-    int from, to;
-    const char *most, *none; // what stands there for 128 and for 0
-  };
-  using Store = SettingsStore;
   using Model = SettingsModel;
-  constexpr qint64 most = std::numeric_limits<qint64>::max();
-  for (const Number& n :
-       {Number{&Model::cacheLimit, &Model::setCacheLimit, &Store::setCacheLimitMB,
-               &Store::cacheLimitMB, 128, 51200, "Cache limit: 128 MB", "Cache limit: 0 MB"},
-        Number{&Model::cacheAge, &Model::setCacheAge, &Store::setAutoCleanDays,
-               &Store::autoCleanDays, 0, 90, "Auto-clean cache older than 128 days",
-               "Auto-clean cache: never"},
-        Number{&Model::uploadLimit, &Model::setUploadLimit, &Store::setUploadLimitKBps,
-               &Store::uploadLimitKBps, 0, 20000, "Upload rate limit: 128 KB/s",
-               "Upload rate limit: unlimited"}}) {
-    const auto shown = [&](const char* what) { return (model.*n.shown)().value(text(what)); };
-    for (const auto& [stored, value] : {std::pair{most, n.to}, {-most, n.from}, {n.to + 1, n.to}}) {
-      (settings.*n.store)(stored);
-      EXPECT_EQ(shown("value"), value) << n.most << stored;
-      EXPECT_EQ((settings.*n.stored)(), stored) << "looking changes nothing";
-    }
-    for (const auto& [wanted, kept] : {std::pair{n.to + 1, n.to}, {n.from - 1, n.from}}) {
-      (model.*n.set)(wanted);
-      EXPECT_EQ((settings.*n.stored)(), kept);
-    }
-    for (const auto& [stored, label] : {std::pair{128, n.most}, {0, n.none}}) {
-      (settings.*n.store)(stored);
-      EXPECT_EQ(said(shown("label").toString()), label);
-    }
+  using Store = SettingsStore;
+  for (const auto& [read, set, store, from, to, mostText, noneText] :
+       {std::tuple{&Model::cacheLimit, &Model::setCacheLimit, &Store::setCacheLimitMB, 128, 51200,
+                   "Cache limit: 51200 MB", "Cache limit: 0 MB"},
+        {&Model::cacheAge, &Model::setCacheAge, &Store::setAutoCleanDays, 0, 90,
+         "Auto-clean cache older than 90 days", "Auto-clean cache: never"},
+        {&Model::uploadLimit, &Model::setUploadLimit, &Store::setUploadLimitKBps, 0, 20000,
+         "Upload rate limit: 20000 KB/s", "Upload rate limit: unlimited"}}) {
+    const auto shown = [&, get = read](const char* what) { return (model.*get)()[text(what)]; };
+    (model.*set)(to + 1);
+    EXPECT_EQ(said(shown("label").toString()), mostText);
+    (model.*set)(from - 1);
+    EXPECT_EQ(shown("value"), from) << mostText;
+    (settings.*store)(std::numeric_limits<qint64>::max());
+    EXPECT_EQ(shown("value"), to) << mostText;
+    (settings.*store)(0);
+    EXPECT_EQ(said(shown("label").toString()), noneText);
   }
 }
 
-TEST_F(SettingsTest, FoldersAreOfThisMachineAndProvidersHaveANameAndAnAddress) {
-  for (const char* address : {"http://host/folder", "", "relative"}) {
-    model.setCacheFolder(QUrl(text(address)));
-    model.setDownloadsFolder(QUrl(text(address)));
-  }
-  EXPECT_EQ(said(settings.cachePath()), said(folder.path()));
+TEST_F(SettingsTest, FoldersAreOfThisMachineAndNobodysOwnBecomesTheCache) {
+  const QUrl web(text("http://host/folder"));
+  model.setDownloadsFolder(web);
   EXPECT_EQ(said(settings.downloadsPath()), said(folder.path()));
-  const QString chosen = folder.filePath(text("a b/c#d")), photos = folder.filePath(text("photos"));
+  const QString empty = folder.filePath(text("a b/c#d")), photos = folder.filePath(text("photos"));
   ASSERT_TRUE(QDir(photos).mkpath(text("of a friend")));
-  for (const auto& [wanted, used] :
-       {std::pair{chosen, chosen}, {photos, photos + text("/VellumApp Cache")}}) {
-    model.setCacheFolder(QUrl::fromLocalFile(wanted));
+  const QString inside = photos + text("/VellumApp Cache");
+  for (const auto& [wanted, used] : {std::pair{web, folder.path()},
+                                     {QUrl::fromLocalFile(empty), empty},
+                                     {QUrl::fromLocalFile(photos), inside},
+                                     {QUrl::fromLocalFile(inside), inside}}) { // it is so already
+    model.setCacheFolder(wanted);
     EXPECT_EQ(said(model.cacheFolder()), said(used));
-    EXPECT_TRUE(QDir(used + text("/URLCache")).exists()) << "answers are kept there at once";
-    model.setCacheFolder(QUrl::fromLocalFile(used));
-    EXPECT_EQ(said(model.cacheFolder()), said(used)) << "it is the cache already";
   }
-
-  settings.setProviders({});
-  for (const auto& [name, kind, url, isAdded] : {std::tuple{"", "yts", "http://h", false},
-                                                 {"n", "yts", "", false},
-                                                 {"n", "yts", "ftp://h", false},
-                                                 {"n", "unknown", "http://h/api", true},
-                                                 {"m", "yts", "https://y", true}}) {
-    AddProviderModel& sheet = *model.addition();
-    sheet.reset();
-    sheet.setProperty("name", text(name));
-    sheet.setProperty("url", text(url));
-    sheet.setKind(text(kind));
-    EXPECT_EQ(sheet.add(), isAdded) << name << url;
-  }
-  ASSERT_EQ(names(), "n m");
-  EXPECT_NE(stored(0).id, stored(1).id);
-  EXPECT_EQ(stored(0).kind, ProviderKind::Torznab);
-  EXPECT_EQ(stored(1).kind, ProviderKind::Yts);
+  EXPECT_TRUE(QDir(inside + text("/URLCache")).exists()) << "answers are kept there at once";
 }
 
 } // namespace

@@ -67,11 +67,7 @@ struct ModelTest : PlaybackWorld, LinkOpener::Surroundings {
   }
   std::string told() { return said(takeEvents().join(u'|')); }
   static ProviderConfig provider(const char* name, ProviderKind kind, const char* address) {
-    ProviderConfig config;
-    config.name = text(name);
-    config.kind = kind;
-    config.baseURL = text(address);
-    return config;
+    return {QUuid::createUuid(), text(name), kind, text(address), {}, true, {}};
   }
 
   PreferenceStore memory;

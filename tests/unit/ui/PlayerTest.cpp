@@ -25,58 +25,46 @@ struct PlayerModelTest : ModelTest {
 };
 
 TEST_F(PlayerModelTest, MarksWhatIsInUse) {
-  for (const int index : {3, -1, 6}) model.chooseSpeed(index); // the last two are none
+  model.chooseSpeed(3);
   EXPECT_EQ(said(model.speeds().join(u'|')), "0.5x|0.75x|1.0x|✓ 1.25x|1.5x|2.0x");
-  playback.player.setRate(3);
-  EXPECT_EQ(model.speedIndex(), -1);
-  for (const int index : {2, -1, 3}) model.chooseAspect(index);
-  EXPECT_EQ(playback.player.aspect(), VideoPlayerManager::AspectMode::Stretch);
-
   playback.subtitles.reset({{text("A"), QUrl(text("file:///nowhere.a.srt"))},
                             {text("B"), QUrl(text("file:///nowhere.b.srt"))}});
-  for (const auto& [index, marked, current] : {std::tuple{-1, "✓ Off|A|B", 0},
-                                               {2, "Off|A|✓ B", 2},
-                                               {3, "Off|A|✓ B", 2},
-                                               {1, "Off|✓ A|B", 1},
-                                               {0, "✓ Off|A|B", 0}}) {
+  for (const auto& [index, marked] :
+       {std::pair{2, "Off|A|✓ B"}, {3, "Off|A|✓ B"}, {1, "Off|✓ A|B"}, {0, "✓ Off|A|B"}}) {
     model.chooseSubtitle(index);
     EXPECT_EQ(said(model.subtitles().join(u'|')), marked) << index;
-    EXPECT_EQ(model.subtitleIndex(), current) << index;
+    EXPECT_EQ(model.subtitleIndex(), std::min(index, 2)); // there is no third
   }
-
   model.toggleMuted();
-  for (const auto& [volume, isMuted, isSilent] :
-       {std::tuple{0.0, true, true}, {0.5, false, false}, {0.0, false, true}}) {
+  for (const auto& [volume, isMuted] : {std::pair{0.0, true}, {0.5, false}, {0.0, false}}) {
     model.setVolume(volume); // what is raised is heard
     EXPECT_EQ(playback.player.isMuted(), isMuted) << volume;
-    EXPECT_EQ(model.isSilent(), isSilent) << volume;
+    EXPECT_EQ(model.isSilent(), volume == 0) << volume;
   }
 }
 
 TEST_F(PlayerModelTest, EndsInTheWayThatItsPlaceAsksFor) {
-  struct Way {
-    const char* name;
-    std::function<void()> end;
-    double saved; // of a position that is too near to the last one saved to be saved by itself
-    bool playsOn, isShown;
-  };
-  for (const Way& way : {Way{"back", [this] { model.goBack(); }, 0, true, false},
-                         Way{"cancel", [this] { model.stream()->cancel(); }, 0, false, false},
-                         Way{"close", [this] { model.stream()->close(); }, 3, false, false},
-                         Way{"mini player", [this] { model.closeMini(); }, 3, false, true}}) {
-    SCOPED_TRACE(way.name);
+  enum Way { Back, Cancel, Close, CloseMini };
+  // What is saved is too near to the last position to be saved by itself.
+  for (const auto& [way, saved, playsOn, isShown] : {std::tuple{Back, 0, true, false},
+                                                     {Cancel, 0, false, false},
+                                                     {Close, 3, false, false},
+                                                     {CloseMini, 3, false, true}}) {
+    SCOPED_TRACE(way);
     library.clear();
     play("http://127.0.0.1:1/film.mkv");
     playback.subtitles.add({text("A"), QUrl()});
     model.skip(13);
     model.skip(-10);
     library.updateProgress(text("id|name"), 0, 0);
-    way.end();
-    EXPECT_EQ(library.entry(text("id|name"))->position, way.saved);
-    EXPECT_EQ(playback.coordinator.nowPlaying().has_value(), way.playsOn);
-    EXPECT_EQ(playback.player.currentURL().isEmpty(), !way.playsOn);
-    EXPECT_EQ(playback.subtitles.tracks().empty(), !way.playsOn);
-    EXPECT_EQ(navigation.showPlayer(), way.isShown);
+    if (way == Back) model.goBack();
+    if (way == Cancel) model.stream()->cancel();
+    if (way == Close) model.stream()->close();
+    if (way == CloseMini) model.closeMini();
+    EXPECT_EQ(library.entry(text("id|name"))->position, saved);
+    EXPECT_EQ(playback.coordinator.nowPlaying().has_value(), playsOn);
+    EXPECT_EQ(playback.subtitles.tracks().empty(), !playsOn);
+    EXPECT_EQ(navigation.showPlayer(), isShown);
   }
 }
 
@@ -98,28 +86,18 @@ TEST_F(PlayerModelTest, TellsAnErrorUnlessAStreamDoes) {
 TEST(StreamTexts, SayHowFarAStreamIs) {
   StreamState stream;
   stream.progress = 0.4299;
-  for (const auto& [stage, overlay, mini] :
-       {std::tuple{StreamStage::Connecting, "Connecting to peers…", "Connecting to peers…"},
-        {StreamStage::Metadata, "Fetching metadata…", "Fetching metadata…"},
-        {StreamStage::Selecting, "Selecting file…", "Selecting file…"},
-        {StreamStage::Buffering, "Buffering 42%", "Buffering"},
-        {StreamStage::Playing, "Playing", "1:01 / 2:00"}}) {
-    stream.stage = stage;
-    EXPECT_EQ(said(stageText(stream)), overlay);
-    EXPECT_EQ(said(miniPlayerText(stream, false, 61, 120)), mini);
-  }
+  stream.stage = StreamStage::Buffering;
+  EXPECT_EQ(said(stageText(stream)), "Buffering 42%");
+  EXPECT_EQ(said(miniPlayerText(stream, false, 61, 120)), "Buffering");
+  stream.stage = StreamStage::Playing;
+  EXPECT_EQ(said(miniPlayerText(stream, false, 61, 120)), "1:01 / 2:00");
   EXPECT_EQ(said(miniPlayerText({}, true, 61, 120)), "Buffering…");
   stream.peers = 1;
   stream.down = 1'250'000.9;
   stream.up = 999.9;
-  stream.uploaded = 24'600'000;
   EXPECT_EQ(said(numbersText(stream)), "1 peer · ↓ 1.3 MB/s · ↑ 999 bytes/s");
-  EXPECT_EQ(said(cornerText(stream)), "1 peers · ↓ 1.3 MB/s · ↑ 999 bytes/s · uploaded 24.6 MB");
-  stream.peers = 0;
   stream.down = NAN;
-  EXPECT_EQ(said(numbersText(stream)), "0 peers · ↓ Zero KB/s · ↑ 999 bytes/s");
-
-  EXPECT_EQ(streamMiddle(stream), StreamMiddle::Nothing);
+  EXPECT_EQ(said(numbersText(stream)), "1 peer · ↓ Zero KB/s · ↑ 999 bytes/s");
   stream.stage = StreamStage::Selecting;
   EXPECT_EQ(streamMiddle(stream), StreamMiddle::Progress);
   stream.choices = {{}};

@@ -29,7 +29,6 @@ TEST(TorrentTable, ShowsWhatPassesAndGapsBelowEverythingReal) {
                       row("B", 5, 9, {text("B")}), row("none 1080p", 5, 9, {})};
   rows[0].leechers = 3;
   table.setResults(rows);
-  using Source = QSet<QString>;
   for (const auto& [filter, order, shown] :
        {std::tuple<ResultFilter, ResultOrder, const char*>{{}, {}, "c|B|b|A"},
         {{}, {Column::Seeds, true}, "A|b|c|B"},
@@ -41,14 +40,13 @@ TEST(TorrentTable, ShowsWhatPassesAndGapsBelowEverythingReal) {
         {{text("SD"), text("Any"), 0, {}}, {}, ""},
         {{text("Any"), text("mp4"), 0, {}}, {}, "A"},
         {{text("Any"), text("Any"), 2, {}}, {}, "B|b|A"},
-        {{text("Any"), text("Any"), 0, Source{text("A")}}, {}, "c|B"},
-        {{text("Any"), text("Any"), 0, Source{text("A"), text("B")}}, {}, ""}}) {
+        {{text("Any"), text("Any"), 0, {text("A")}}, {}, "c|B"},
+        {{text("Any"), text("Any"), 0, {text("A"), text("B")}}, {}, ""}}) {
     table.setFilter(filter);
     table.setOrder(order);
     EXPECT_EQ(column(table, "key"), shown);
   }
-  EXPECT_EQ(said(table.countText()), "0 of 5 results");
-  EXPECT_EQ(said(table.allSources().join(u'|')), "A|B");
+  EXPECT_EQ(said(table.countText() + table.allSources().join(u'|')), "0 of 5 resultsA|B");
 }
 
 TEST(TorrentTable, LateResultsKeepTheViewWhereItIs) {
@@ -79,7 +77,6 @@ TEST(TorrentTable, LateResultsKeepTheViewWhereItIs) {
   film.archiveID = film.license = text("id");
   table.setResults({film});
   EXPECT_EQ(told({"quality", "format", "note", "playable"}), "— mp4 Licensed: id true ");
-  EXPECT_EQ(table.indexOf(text("y")), -1);
   EXPECT_EQ(changes, "in in out ");
 }
 
@@ -97,23 +94,22 @@ TEST(TorrentTable, SelectsByKeyWhereverTheRowsGo) {
         keys += table.index(i).data(Table::KeyRole).toString();
     return said(keys + u' ' + table.currentKey());
   };
-  for (const auto& [index, how, expected] : {std::tuple{2, Table::PickExtend, "c c"},
-                                             {-5, Table::PickOnly, "a a"},
-                                             {2, Table::PickExtend, "abc c"},
-                                             {1, Table::PickExtend, "ab b"},
-                                             {3, Table::PickToggle, "abd d"},
-                                             {1, Table::PickToggle, "ad b"},
-                                             {0, Table::PickExtend, "ab a"},
-                                             {99, Table::PickToggle, "abd d"}}) {
+  std::string picked;
+  for (const auto& [index, how] : {std::pair{2, Table::PickExtend},
+                                   {-5, Table::PickOnly},
+                                   {2, Table::PickExtend},
+                                   {1, Table::PickExtend},
+                                   {3, Table::PickToggle},
+                                   {1, Table::PickToggle},
+                                   {0, Table::PickExtend},
+                                   {99, Table::PickToggle}}) {
     table.pick(index, how);
-    EXPECT_EQ(selected(), expected);
+    picked += selected() + ", ";
   }
+  EXPECT_EQ(picked, "c c, a a, abc c, ab b, abd d, ad b, ab a, abd d, ");
   results.insert(results.begin(), row("z", 1, 99));
   table.setResults(results);
   EXPECT_EQ(table.currentRow(), 4);
-  table.setFilter({.resolution = text("480p"), .hiddenSources = {}});
-  EXPECT_EQ(table.currentRow(), -1);
-  table.setFilter({});
   EXPECT_EQ(selected(), "abd d");
   table.pickAll();
   EXPECT_EQ(selected(), "zabcd d");
@@ -133,7 +129,6 @@ struct TorrentSearchTest : ModelTest {
 };
 
 TEST_F(TorrentSearchTest, TellsHowASearchGoesAndSortsNumbersFromTheGreatest) {
-  EXPECT_FALSE(model.hasProviders());
   EXPECT_EQ(said(model.emptyText()), "Enter a search to query your enabled providers in parallel.");
   net.hosts[text("empty")] = reply("[]");
   registry.add(provider("Empty", ProviderKind::Apibay, "http://empty"));
@@ -144,20 +139,13 @@ TEST_F(TorrentSearchTest, TellsHowASearchGoesAndSortsNumbersFromTheGreatest) {
   EXPECT_EQ(column(model.banners(), "text"),
             "Gone unreachable at gone. Check the address in Settings → Providers");
 
-  for (const auto& [by, ascending] : {std::pair{Column::Seeds, true}, // it was so already
-                                      {Column::Title, true},          // names begin with the first
-                                      {Column::Size, false},
-                                      {Column::Size, true},
-                                      {Column::Source, true},
-                                      {Column::Peers, false},
-                                      {Column(-1), false},
-                                      {Column(5), false}}) {
+  std::string ways; // names begin with the first, numbers with the greatest, as by seeds already
+  for (const Column by : {Column::Seeds, Column::Title, Column::Size, Column::Size, Column::Source,
+                          Column::Peers, Column(5)}) {
     model.sortBy(int(by));
-    EXPECT_EQ(model.sortAscending(), ascending) << int(by);
+    ways += model.sortAscending() ? "up " : "down ";
   }
-  for (const auto& [source, shown] : {std::pair{"B", false}, {"A", false}, {"A", true}})
-    model.showSource(text(source), shown);
-  EXPECT_EQ(said(model.hiddenSources().join(u'|')), "B");
+  EXPECT_EQ(ways, "up up down up up down down ");
 }
 
 TEST_F(TorrentSearchTest, PlaysAndOffersWhatARowHas) {
@@ -170,7 +158,6 @@ TEST_F(TorrentSearchTest, PlaysAndOffersWhatARowHas) {
   settings.setProviders({provider("C", ProviderKind::ArchiveOrg, ""),
                          provider("Y", ProviderKind::Yts, "http://yts")});
   ASSERT_TRUE(search("f"));
-  EXPECT_EQ(model.table()->rowCount(), 4);
   EXPECT_EQ(column(model.variants(a), "text"), "720p · seeds unknown|1080p · 5 seeds");
   EXPECT_EQ(column(model.variants(c), "text"), "");
   model.playVariant(a, b);
@@ -193,35 +180,21 @@ TEST_F(TorrentSearchTest, PlaysAndOffersWhatARowHas) {
   EXPECT_EQ(said(navigation.inspector()->infoHash), said(a));
 }
 
-TEST_F(TorrentSearchTest, TheInspectorTellsAFileFromALinkAndKeepsTheLastForItsWayOut) {
+TEST_F(TorrentSearchTest, TheInspectorTellsWhatFilesAreAndKeepsThemForItsWayOut) {
   InspectorModel inspector({navigation, links, note("copy"), note("reveal")});
-  const auto pressAll = [&] {
-    inspector.copyMagnet();
-    inspector.openMagnet();
-    inspector.openFile();
-    inspector.revealFile();
-    return told();
-  };
-  EXPECT_EQ(pressAll(), "");
+  links.inspectMagnet(text("magnet:?xt=urn:btih:") + QString(40, u'a'));
+  inspector.openFile(); // a link has none
+  inspector.revealFile();
+  EXPECT_EQ(told(), "");
   TorrentInfo info;
-  info.magnet = text("magnet:?a");
   info.fileUrl = QUrl::fromLocalFile(text("/x y.torrent"));
-  info.trackers = {text("t"), text("u")};
   info.files = {{text("Film.MKV"), 2000}, {text("s.mp4"), 1}, {text("f.srt"), 1}, {text("mkv"), 1}};
-  info.videos = 2; // as whoever read the file has counted
   navigation.setInspector(info);
-  EXPECT_EQ(said(inspector.countText()), "4 file(s) · 2 video · 2 tracker(s)");
-  EXPECT_EQ(column(inspector, "name"), "Film.MKV|s.mp4|f.srt|mkv");
-  EXPECT_EQ(column(inspector, "kind"), "video|video|subtitles|other");
-  EXPECT_EQ(pressAll(), "copy magnet:?a|open magnet:?a|open /x y.torrent|reveal /x y.torrent");
-
-  const QString link = text("magnet:?xt=urn:btih:") + QString(40, u'a');
-  links.inspectMagnet(link);
-  EXPECT_EQ(inspector.rowCount(), 0);
-  EXPECT_EQ(pressAll(), said(text("copy %1|open %1").arg(link)));
+  inspector.revealFile();
+  EXPECT_EQ(told(), "reveal /x y.torrent");
   inspector.close();
   EXPECT_FALSE(inspector.isShown() || navigation.inspector());
-  EXPECT_EQ(said(inspector.hashText()), "Info hash: " + std::string(40, 'a'));
+  EXPECT_EQ(column(inspector, "kind"), "video|video|subtitles|other");
 }
 
 } // namespace
