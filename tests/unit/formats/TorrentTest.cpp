@@ -119,13 +119,14 @@ TEST(Torrent, TheInspectorShowsWhatTheEngineRefuses) {
 }
 
 TEST(Torrent, ALongNameBeforeManyFilesIsRefused) {
-  const std::string name = "4:name" + text(std::string(kMostPathText / 8 - 1, 'N'));
   std::string files;
   for (int i = 0; i < 8; ++i) files += file(0); // each with its name and a separator
-  EXPECT_TRUE(metaOf(info(name + list(files))));
-  const std::string raw = info(name + list(files + file(0)));
-  EXPECT_FALSE(metaOf(raw));
-  EXPECT_THROW(shown("d4:info" + raw + "e"), TorrentParseError);
+  const auto raw = [&](std::size_t size) {
+    return info("4:name" + text(std::string(size, 'N')) + list(files));
+  };
+  EXPECT_TRUE(metaOf(raw(kMostPathText / 8 - 1)));
+  EXPECT_FALSE(metaOf(raw(kMostPathText / 8)));
+  EXPECT_THROW(shown("d4:info" + raw(kMostPathText / 8) + "e"), TorrentParseError);
 }
 
 TEST(Torrent, HashAndTrackersAreTakenAsTheyStandAndTrackersSortedForTheEye) {
