@@ -108,15 +108,10 @@ TEST_F(StreamServer, ATorrentIsFoundAsLongAsItIsRegisteredAndServedUntilItStops)
   source->stop();
   EXPECT_EQ(running.readAll(), "");
 
-  const auto successor = std::make_shared<MemorySource>(
-      pool.makeStrand(), ByteVector(10, std::byte{'x'}),
-      std::vector<TorrentFileEntry>{{QStringLiteral("a"), 0}, {QStringLiteral("b.ts"), 10}});
-  successor->arriveAll();
   server->registerSource(source);
-  server->registerSource(successor);
-  HttpReader next(url);
-  next.get(url);
-  EXPECT_TRUE(next.readAll().ends_with("\r\n\r\nxxxxxxxxxx"));
+  HttpReader again(url);
+  again.get(url);
+  EXPECT_EQ(again.readAll(), wholeHead());
 }
 
 TEST_F(StreamServer, CutsOutAFileThatIsCompleteAndSmallEnough) {

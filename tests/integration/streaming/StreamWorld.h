@@ -1,5 +1,6 @@
 // A stream server, a torrent in memory behind it, and readers on loopback sockets.
 #pragma once
+#include "base/Clock.h"
 #include "base/IoPool.h"
 #include "streaming/ExtractFile.h"
 #include "streaming/LocalStreamServer.h"
@@ -37,13 +38,11 @@ struct StreamWorld : testing::Test {
   }
   // Seconds until no connection holds the source; 20 if that does not happen.
   double secondsUntilReleased() const {
-    const auto begin = std::chrono::steady_clock::now();
-    const auto elapsed = [&] {
-      return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-    };
-    while (source.use_count() > 2 && elapsed() < 20) // this world and the server's map
+    const SystemClock clock;
+    const TimePoint begin = clock.now();
+    while (source.use_count() > 2 && secondsBetween(begin, clock.now()) < 20) // ours, the server's
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    return elapsed();
+    return secondsBetween(begin, clock.now());
   }
 
   IoPool pool;

@@ -30,6 +30,8 @@ struct PlayerTest : MainThread, testing::Test {
     QCoreApplication::processEvents();
     QString shown = text(player->isPlaying() ? " playing " : " paused ");
     shown += text("%1/%2").arg(player->currentTime()).arg(player->duration());
+    if (player->volume() != 1) shown += text(" at %1 %").arg(std::round(player->volume() * 100));
+    if (player->isMuted()) shown += text(" muted");
     if (player->bufferedTo() > 0) shown += text(" of %1").arg(player->bufferedTo());
     if (!player->error().isNull()) shown += text(" failed: ") + player->error();
     return mpv.taken() + ";" + (std::exchange(told, {}) + u';' + shown).toStdString();
@@ -44,6 +46,11 @@ struct PlayerTest : MainThread, testing::Test {
     if (word == u"toggle") player->toggle();
     if (word == u"seek") player->seek(value);
     if (word == u"stop") player->stop();
+    if (word == u"volume") player->setVolume(float(value));
+    if (word == u"adjust") player->adjustVolume(float(value));
+    if (word == u"mute") player->setMuted(value != 0);
+    if (word == u"rate") player->setRate(float(value));
+    if (word == u"shape") player->setAspect(VideoPlayerManager::AspectMode(int(value)));
     if (word == u"clear") player->clearError();
     if (word == u"opened") mpv.answerCommand(mpv.asked.at("loadfile"));
     if (word == u"unopened") mpv.answerCommand(mpv.asked.at("loadfile"), -1);
@@ -231,40 +238,21 @@ TEST_F(PlayerTest, PassesOverWhatComesLateForAnItem) {
 }
 
 TEST_F(PlayerTest, SoundRateAndShapeReachThePlayer) {
-  struct Row {
-    float volume;
-    bool isMuted;
-    float delta, volumeThen;
-    const char* orders;
-  };
-  const Row rows[] = {{1, false, 0.1F, 1, "volume=100|mute=0"},
-                      {0.05F, true, -0.1F, 0, "volume=0"},
-                      {0.5F, true, 0.25F, 0.75F, "volume=75|mute=0"},
-                      {7, true, -0.5F, 0.5F, "volume=50|mute=0"},
-                      {NAN, true, 0, 0, "volume=0"}};
-  for (const Row& row : rows) {
-    player->setVolume(row.volume);
-    player->setMuted(row.isMuted);
-    mpv.taken();
-    player->adjustVolume(row.delta);
-    EXPECT_FLOAT_EQ(player->volume(), row.volumeThen) << row.volume;
-    EXPECT_EQ(player->isMuted(), row.isMuted && row.volumeThen == 0) << row.volume;
-    EXPECT_EQ(mpv.taken(), row.orders);
-  }
-  player->setMuted(true);
-  player->setRate(1.5F);
-  EXPECT_EQ(mpv.taken(), "mute=1|speed=1.5");
+  script(R"(
+    mute 0, adjust 0.1            -> mute=0|volume=100|mute=0;; paused 0/0
+    volume 0.05, mute             -> volume=5|mute=1;; paused 0/0 at 5 % muted
+    adjust -0.1                   -> volume=0;; paused 0/0 at 0 % muted
+    adjust 0.25                   -> volume=25|mute=0;; paused 0/0 at 25 %
+    mute, volume 7, adjust -0.5   -> mute=1|volume=100|volume=50|mute=0;; paused 0/0 at 50 %
+    volume nan, rate 1.5          -> volume=0|speed=1.5;; paused 0/0 at 0 %
+    volume 1, shape 1             -> volume=100|keepaspect=1|panscan=1;; paused 0/0
+    shape 2                       -> keepaspect=0|panscan=0;; paused 0/0
+    shape 0                       -> keepaspect=1|panscan=0;; paused 0/0)");
   EXPECT_EQ(player->rate(), 1.5F);
-  using Mode = VideoPlayerManager::AspectMode;
-  const std::tuple<Mode, const char*, const char*> shapes[] = {
-      {Mode::Fill, "Fill", "keepaspect=1|panscan=1"},
-      {Mode::Stretch, "Stretch", "keepaspect=0|panscan=0"},
-      {Mode::Fit, "Fit", "keepaspect=1|panscan=0"}};
-  for (const auto& [mode, name, orders] : shapes) {
-    player->setAspect(mode);
-    EXPECT_EQ(VideoPlayerManager::aspectName(player->aspect()), text(name));
-    EXPECT_EQ(mpv.taken(), orders);
-  }
+  QStringList names;
+  for (const auto mode : VideoPlayerManager::kAspectModes)
+    names += VideoPlayerManager::aspectName(mode);
+  EXPECT_EQ(names.join(u' '), text("Fit Fill Stretch"));
 }
 
 TEST_F(PlayerTest, GoesQuietlyAndManagesWithoutLibmpv) {
@@ -280,8 +268,7 @@ TEST_F(PlayerTest, GoesQuietlyAndManagesWithoutLibmpv) {
     make();
     script("draw");
     player->load(kFilm, 0);
-    player->setRate(2);
-    player->setMuted(true);
+    script("rate 2, shape 0");
     player->picture()->viewInSoftware(this, 160, 90);
     EXPECT_EQ(then(), std::string(cannotStart ? "terminate" : "") +
                           "; at 0 waits goes on; playing 0/0 failed: Playback failed");

@@ -122,15 +122,14 @@ TEST_F(SubtitleManagerTest, ReadsEachFileInItsFormatOrSaysWhyNot) {
 }
 
 TEST_F(SubtitleManagerTest, KeepsTracksAndAddsAFileOnce) {
-  const QUrl url = write("my file.srt", "0:1 --> 0:2\nA");
+  const SubtitleTrack mine{text("my file.srt"), write("my file.srt", "0:1 --> 0:2\nA")};
   subtitles->reset({remote("a")});
-  subtitles->addLocal(url);
+  subtitles->addLocal(mine.url);
   subtitles->select(std::nullopt);
-  subtitles->addLocal(url);
-  EXPECT_EQ(subtitles->tracks(), (SubtitleTracks{remote("a"), {text("my file.srt"), url}}));
-  EXPECT_EQ(subtitles->selected(), subtitles->tracks()[1]);
-  ASSERT_TRUE(turnUntil([&] { return !subtitles->cues().empty(); }));
-  EXPECT_EQ(shown(1), "A");
+  subtitles->addLocal(mine.url);
+  EXPECT_EQ(subtitles->tracks(), (SubtitleTracks{remote("a"), mine}));
+  EXPECT_EQ(subtitles->selected(), mine);
+  ASSERT_TRUE(turnUntil([&] { return shown(1) == "A"; }));
   subtitles->reset({});
   EXPECT_TRUE(subtitles->tracks().empty() && !subtitles->selected() && !subtitles->currentText() &&
               subtitles->cues().empty());

@@ -21,25 +21,14 @@ StreamBuffer reference() {
 
 // The order as five lists of indexes, each index at its first place.
 std::vector<std::int64_t> naiveOrder(const StreamBuffer& buffer) {
+  PieceOrder runs = buffer.extraPieces;
+  runs.insert(runs.begin(), {buffer.windowPieces(), buffer.tailPieces()});
+  runs.push_back(buffer.pieces(buffer.playhead, buffer.fileLength - buffer.playhead));
+  runs.push_back(buffer.pieces(0, buffer.fileLength));
   std::vector<std::int64_t> order;
   std::set<std::int64_t> seen;
-  const auto add = [&](std::int64_t piece) {
+  for (const std::int64_t piece : expand(runs))
     if (seen.insert(piece).second) order.push_back(piece);
-  };
-  const auto addBytes = [&](std::int64_t start, std::int64_t length) {
-    if (length < 1 || buffer.fileLength < 1) return;
-    const std::int64_t low = std::clamp<std::int64_t>(start, 0, buffer.fileLength - 1);
-    const std::int64_t high = std::max(low, std::min(buffer.fileLength, start + length) - 1);
-    const std::int64_t last =
-        std::min((buffer.fileOffset + high) / buffer.pieceLength, buffer.pieceCount - 1);
-    for (auto piece = (buffer.fileOffset + low) / buffer.pieceLength; piece <= last; ++piece)
-      add(piece);
-  };
-  addBytes(buffer.playhead, 8 * kMiB);
-  addBytes(std::max<std::int64_t>(buffer.fileLength - 3 * kMiB, 0), 3 * kMiB);
-  for (const auto piece : expand(buffer.extraPieces)) add(piece);
-  addBytes(buffer.playhead, buffer.fileLength - buffer.playhead);
-  addBytes(0, buffer.fileLength);
   return order;
 }
 
