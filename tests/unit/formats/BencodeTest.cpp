@@ -48,7 +48,6 @@ TEST(Bencode, TheParserStopsBehindItsValueAndKnowsTheLastInfoOnTop) {
   } cases[] = {
       {"4:spamrest", 6},
       {"i1exx", 3},
-      {"lelele", 2},
       {"d8:msg_typei1ee\x01raw", 15},
       {"d4:infod1:ai1eee", 16, "d1:ai1ee"},
       {"d1:a1:b4:infole4:infode1:zlee", 29, "de"},
