@@ -71,7 +71,7 @@ TEST_F(SingleInstanceTest, OfManyStartsAtOneMomentOneStays) {
       QEventLoop loop;
       SingleInstance instance({folder, 20s});
       QObject::connect(&instance, &SingleInstance::opened, [&] { ++taken; });
-      if (instance.start({kMagnet}) == Start::HandedOver) return void(++over);
+      if (instance.start({kMagnet}) != Start::First) return void(++over);
       while (over < 5) loop.processEvents(QEventLoop::AllEvents, 5);
     };
     std::vector<std::thread> starts;
@@ -91,8 +91,8 @@ TEST_F(SingleInstanceTest, BadVisitorsDisturbNobody) {
                             QByteArray("\0\0\0\1z", 5), // no end
                             QByteArray("\0\1\0\0", 4) + QByteArray(300'000, 'x')};
   for (const int kinds : {1, 6}) {
-    std::vector<std::unique_ptr<QLocalSocket>> visitors;
     std::vector<int> gone;
+    std::vector<std::unique_ptr<QLocalSocket>> visitors;
     for (int i = 0; i < 20; ++i) { // four more than are let in at a time
       auto& visitor = *visitors.emplace_back(std::make_unique<QLocalSocket>());
       QObject::connect(&visitor, &QLocalSocket::disconnected, [&gone, i] { gone.push_back(i); });
@@ -147,7 +147,7 @@ TEST_F(SingleInstanceTest, TheMeetingPlaceIsShortAndOursAlone) {
   const QString laid = root.filePath(u"laid"_s);
   ASSERT_TRUE(QFile::link(root.path(), laid));
   EXPECT_FALSE(meetingPlace(laid));
-  EXPECT_EQ(open(), before);
+  EXPECT_LE(open(), before); // no descriptor stays
 }
 
 } // namespace
