@@ -66,7 +66,7 @@ TEST_F(DownloadsModelTest, StopsWhatPlaysOnlyWithItsOwnTorrent) {
   EXPECT_FALSE(coordinator->stream() || coordinator->nowPlaying() || model.hasTorrents());
 }
 
-TEST_F(ModelTest, TheLibraryShowsPlaysAndForgetsWhatWasSavedAndWatched) {
+TEST_F(ModelTest, TheLibraryShowsAndPlaysWhatWasSavedAndWatched) {
   LibraryModel model(library, downloads, entries);
   const QAbstractItemModel& rows = *model.rows();
   QFile film(folder.filePath(text("a#b 100%.mkv")));
@@ -89,11 +89,8 @@ TEST_F(ModelTest, TheLibraryShowsPlaysAndForgetsWhatWasSavedAndWatched) {
   EXPECT_TRUE(column(rows, "progress").starts_with("0|1|0.016")) << column(rows, "progress");
   model.playSaved(text(column(rows, "key").c_str()).section(u'|', 0, 0));
   EXPECT_EQ(said(coordinator->nowPlaying()->title), "a#b 100%");
-  takeEvents();
   for (const char* key : {"unknown", "id|begun"}) model.resume(text(key));
   EXPECT_TRUE(takeEvents().contains(text("load begun 61")));
-  model.remove(text("id|over"));
-  EXPECT_EQ(column(rows, "title"), "a#b 100%.mkv|begun|a#b 100%|new");
 }
 
 struct SettingsTest : ModelTest {
@@ -164,38 +161,30 @@ TEST_F(SettingsTest, RowsOfProvidersKeepWhatIsTypedAndGoInTheirTime) {
 TEST_F(SettingsTest, NumbersStayWithinTheirLimitsWhateverIsStored) {
   using Model = SettingsModel;
   using Store = SettingsStore;
-  for (const auto& [read, set, store, from, to, mostText, noneText] :
+  for (const auto& [read, set, store, from, to, noneText] :
        {std::tuple{&Model::cacheLimit, &Model::setCacheLimit, &Store::setCacheLimitMB, 128, 51200,
-                   "Cache limit: 51200 MB", "Cache limit: 0 MB"},
+                   "Cache limit: 0 MB"},
         {&Model::cacheAge, &Model::setCacheAge, &Store::setAutoCleanDays, 0, 90,
-         "Auto-clean cache older than 90 days", "Auto-clean cache: never"},
+         "Auto-clean cache: never"},
         {&Model::uploadLimit, &Model::setUploadLimit, &Store::setUploadLimitKBps, 0, 20000,
-         "Upload rate limit: 20000 KB/s", "Upload rate limit: unlimited"}}) {
+         "Upload rate limit: unlimited"}}) {
     const auto shown = [&, get = read](const char* what) { return (model.*get)()[text(what)]; };
-    (model.*set)(to + 1);
-    EXPECT_EQ(said(shown("label").toString()), mostText);
     (model.*set)(from - 1);
-    EXPECT_EQ(shown("value"), from) << mostText;
+    EXPECT_EQ(shown("value"), from) << noneText;
     (settings.*store)(std::numeric_limits<qint64>::max());
-    EXPECT_EQ(shown("value"), to) << mostText;
+    EXPECT_EQ(shown("value"), to) << noneText;
     (settings.*store)(0);
     EXPECT_EQ(said(shown("label").toString()), noneText);
   }
 }
 
-TEST_F(SettingsTest, FoldersAreOfThisMachineAndNobodysOwnBecomesTheCache) {
-  const QUrl web(text("http://host/folder"));
-  model.setDownloadsFolder(web);
-  EXPECT_EQ(said(settings.downloadsPath()), said(folder.path()));
-  const QString empty = folder.filePath(text("a b/c#d")), photos = folder.filePath(text("photos"));
+TEST_F(SettingsTest, NobodysOwnFolderBecomesTheCache) {
+  const QString photos = folder.filePath(text("a b/c#d")),
+                inside = photos + text("/VellumApp Cache");
   ASSERT_TRUE(QDir(photos).mkpath(text("of a friend")));
-  const QString inside = photos + text("/VellumApp Cache");
-  for (const auto& [wanted, used] : {std::pair{web, folder.path()},
-                                     {QUrl::fromLocalFile(empty), empty},
-                                     {QUrl::fromLocalFile(photos), inside},
-                                     {QUrl::fromLocalFile(inside), inside}}) { // it is so already
-    model.setCacheFolder(wanted);
-    EXPECT_EQ(said(model.cacheFolder()), said(used));
+  for (const QString& wanted : {photos, inside}) { // it is so already
+    model.setCacheFolder(QUrl::fromLocalFile(wanted));
+    EXPECT_EQ(said(model.cacheFolder()), said(inside));
   }
   EXPECT_TRUE(QDir(inside + text("/URLCache")).exists()) << "answers are kept there at once";
 }

@@ -31,7 +31,8 @@ inline std::string column(const QVariantList& maps, const char* field) {
 
 struct MadeTransfers final : FileTransfers {
   struct Transfer final : FileTransfer {
-    void pause() override { ended(TransferPaused{}); }
+    explicit Transfer(Ended then) : ended(std::move(then)) {}
+    void pause() override {}
     void cancel() override {}
     std::optional<TransferProgress> progress() const override { return now; }
 
@@ -39,9 +40,7 @@ struct MadeTransfers final : FileTransfers {
     std::optional<TransferProgress> now;
   };
   std::shared_ptr<FileTransfer> start(TransferSource, Ended ended) override {
-    all.push_back(std::make_shared<Transfer>());
-    all.back()->ended = std::move(ended);
-    return all.back();
+    return all.emplace_back(std::make_shared<Transfer>(std::move(ended)));
   }
   std::vector<std::shared_ptr<Transfer>> all;
 };
