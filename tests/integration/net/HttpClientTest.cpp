@@ -4,13 +4,10 @@
 #include "world/MainThread.h"
 #include "world/ScriptedServer.h"
 #include <QDir>
-#include <QSslConfiguration>
-#include <QSslKey>
-#include <QSslServer>
-#include <QSslSocket>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
-#include <openssl/x509.h>
 
 namespace vellum::test {
 
@@ -21,33 +18,6 @@ namespace {
 using namespace std::chrono_literals;
 using Answer = ScriptedServer::Answer;
 using Reason = NetError::Reason;
-
-// For 127.0.0.1, of today, signed by itself: all that is wrong with it is who vouches for it.
-QSslConfiguration ownCertificate() {
-  EVP_PKEY* key = EVP_EC_gen("P-256");
-  X509* made = X509_new();
-  ASN1_INTEGER_set(X509_get_serialNumber(made), 1);
-  X509_gmtime_adj(X509_getm_notBefore(made), -3600);
-  X509_gmtime_adj(X509_getm_notAfter(made), 3600);
-  X509_set_pubkey(made, key);
-  X509_NAME* name = X509_get_subject_name(made);
-  const auto* address = reinterpret_cast<const unsigned char*>("127.0.0.1");
-  X509_NAME_add_entry_by_txt(name, "CN", MBSTRING_ASC, address, -1, -1, 0);
-  X509_set_issuer_name(made, name);
-  X509_sign(made, key, EVP_sha256());
-  const auto der = [](const auto& write, const auto* from) {
-    QByteArray bytes(write(from, nullptr), '\0');
-    auto* to = reinterpret_cast<unsigned char*>(bytes.data());
-    write(from, &to);
-    return bytes;
-  };
-  QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-  configuration.setLocalCertificate(QSslCertificate(der(i2d_X509, made), QSsl::Der));
-  configuration.setPrivateKey(QSslKey(der(i2d_PrivateKey, key), QSsl::Ec, QSsl::Der));
-  X509_free(made);
-  EVP_PKEY_free(key);
-  return configuration;
-}
 
 // How a request ended.
 struct Ending {
@@ -100,21 +70,16 @@ struct HttpClientTest : testing::Test, MainThread {
 
 TEST_F(HttpClientTest, TheStatusDecidesWhetherAnAnswerIsGood) {
   ScriptedServer server([](const QByteArray& request) { // which names the status
-    return ScriptedServer::reply(request.mid(5, 3).toInt(), "plain",
-                                 request.mid(9, 2) == "gz" ? "Content-Encoding: gzip\r\n" : "");
+    return ScriptedServer::reply(request.mid(5, 3).toInt(), "plain");
   });
-  using Case = std::pair<const char*, const char*>;
-  for (const auto& [path, how] :
-       {Case{"/199/gz", "HTTP 199"}, Case{"/200", "=plain"}, Case{"/299", "=plain"},
-        Case{"/300", "HTTP 300"}, Case{"/404/gz", "HTTP 404"}, Case{"/500", "HTTP 500"}}) {
-    const QUrl url = server.url(QLatin1String(path));
-    const int status = QByteArray(path).mid(1, 3).toInt();
+  for (const int status : {199, 200, 299, 300, 404, 500}) {
+    const QUrl url = server.url(u'/' + QString::number(status));
+    const bool isGood = status / 100 == 2;
     const Ending fetched = get(url);
-    EXPECT_EQ(fetched.how, how);
-    EXPECT_EQ(fetched.response.status, how[0] == '=' ? 0 : status);
-    if (url.path().endsWith(u'z')) continue;
+    EXPECT_EQ(fetched.how, isGood ? "=plain" : "HTTP " + std::to_string(status));
+    EXPECT_EQ(fetched.response.status, isGood ? 0 : status);
     const Ending asked = ending(start(client->transport()(url))); // which judges by itself
-    EXPECT_EQ(asked.how, "=plain") << path;
+    EXPECT_EQ(asked.how[0], '=') << asked.how;
     EXPECT_EQ(asked.response.status, status);
   }
 }
@@ -125,31 +90,20 @@ TEST_F(HttpClientTest, AsksWithTheNameOfTheProgramAndFollowsRedirects) {
     asked = request;
     if (request.startsWith("GET /old "))
       return ScriptedServer::reply(302, "moved", "Location: /new?a=b\r\n");
-    if (request.startsWith("GET /loop "))
-      return ScriptedServer::reply(302, "again", "Location: /loop\r\n");
-    if (request.startsWith("GET /disk "))
-      return ScriptedServer::reply(302, "down", "Location: file:///etc/hostname\r\n");
     return ScriptedServer::reply(200, "arrived", "Content-Type: text/x\r\n");
   });
   const Transport partly = client->transport(8s, "bytes=0-6");
   const HttpResponse part = ending(start(partly(server.url(QStringLiteral("/old"))))).response;
   EXPECT_EQ(part.body, "arrived");
   EXPECT_EQ(part.contentType, QStringLiteral("text/x"));
-  EXPECT_TRUE(asked.startsWith("GET /new?a=b HTTP/1.1\r\n")) << asked.toStdString();
-  EXPECT_TRUE(asked.contains("User-Agent: VellumApp/1.0 (macOS)\r\n")) << asked.toStdString();
-  EXPECT_TRUE(asked.contains("Range: bytes=0-6\r\n")) << asked.toStdString();
-
-  for (const auto& path : {QStringLiteral("/loop"), QStringLiteral("/disk")}) {
-    EXPECT_NE(get(server.url(path)).how[0], '=') << path.toStdString();
-    EXPECT_FALSE(asked.contains("Range:"));
-  }
-  EXPECT_LT(server.requests(), 100);
+  for (const char* line : {"GET /new?a=b HTTP/1.1\r\n", "\r\nUser-Agent: VellumApp/1.0 (macOS)\r\n",
+                           "\r\nRange: bytes=0-6\r\n", "\r\nAccept-Encoding: gzip\r\n"})
+    EXPECT_TRUE(asked.contains(line)) << asked.toStdString();
 }
 
 TEST_F(HttpClientTest, KeepsAnswersOnDiskUntilToldToForgetThem) {
   const QTemporaryDir folder;
   ScriptedServer server([](const QByteArray& request) {
-    EXPECT_TRUE(request.contains("Accept-Encoding: gzip\r\n")) << request.toStdString();
     const QByteArray age = "Cache-Control: max-age=1000\r\n";
     if (request.startsWith("GET /large "))
       return ScriptedServer::reply(200, QByteArray(40 << 20, 'x'), age);
@@ -168,41 +122,18 @@ TEST_F(HttpClientTest, KeepsAnswersOnDiskUntilToldToForgetThem) {
   EXPECT_EQ(fetchTwice(), 4);
   EXPECT_TRUE(QDir(forgotten).removeRecursively());
   EXPECT_EQ(fetchTwice(), 4);
+  client->setCacheDirectory(folder.filePath(QStringLiteral("elsewhere")));
+  EXPECT_EQ(fetchTwice(), 5);
 
   client.emplace(main);
   client->setCacheDirectory(folder.path());
-  EXPECT_EQ(fetchTwice(), 4) << "what another run has kept";
+  EXPECT_EQ(fetchTwice(), 5) << "what another run has kept";
   client.emplace(main);
   client->setCacheDirectory(folder.path());
   client->clearCache(); // before there is a network stack
-  EXPECT_EQ(fetchTwice(), 5);
+  EXPECT_EQ(fetchTwice(), 6);
   for (int i = 0; i < 2; ++i) get(server.url(QStringLiteral("/large")), 30s, 40 << 20);
-  EXPECT_EQ(server.requests(), 6) << "what is large, too";
-}
-
-TEST_F(HttpClientTest, TheCacheMovesAndIsClearedUnderRunningRequests) {
-  const QTemporaryDir folder;
-  ScriptedServer server([&](const QByteArray&) {
-    return Answer{
-        "HTTP/1.1 200 OK\r\nCache-Control: max-age=1000\r\nContent-Length: 6000000\r\n\r\n",
-        QByteArray(300'000, 'x'), 20, 10ms};
-  });
-  client->setCacheDirectory(folder.filePath(QStringLiteral("a")));
-  for (const bool moves : {true, false}) {
-    auto running = start(client->fetchData(server.url(), 1h));
-    const int before = server.requests();
-    ASSERT_TRUE(turnUntil([&] { return server.requests() == before + 1; }));
-    if (moves)
-      client->setCacheDirectory(folder.filePath(QStringLiteral("b")));
-    else
-      client->clearCache();
-    EXPECT_EQ(ending(std::move(running)).how[0], '=');
-    EXPECT_EQ(get(server.url()).how[0], '=');
-    const int asked = server.requests(); // an answer under way may be kept or not
-    EXPECT_EQ(get(server.url()).how[0], '=');
-    EXPECT_EQ(server.requests(), asked) << "what comes after the change is kept";
-    client->clearCache();
-  }
+  EXPECT_EQ(server.requests(), 7) << "what is large, too";
 }
 
 TEST_F(HttpClientTest, ACancellationMayMeetTheAnswerAtAnyMoment) {
@@ -260,45 +191,30 @@ TEST_F(HttpClientTest, AFailureSaysWhatTheNetworkDid) {
     EXPECT_EQ(broken.reason, Reason::Other) << head.toStdString() << broken.how;
   }
   const QUrl refused = ScriptedServer([](auto) { return Answer(); }).url();
-  QSslServer stranger;
-  stranger.setSslConfiguration(ownCertificate());
-  ASSERT_TRUE(stranger.listen(QHostAddress::LocalHost));
-  QUrl untrusted = refused;
-  untrusted.setScheme(QStringLiteral("https"));
-  untrusted.setPort(stranger.serverPort());
+  QTcpServer plain;
+  QObject::connect(&plain, &QTcpServer::newConnection,
+                   [&] { plain.nextPendingConnection()->write("no TLS"); });
+  ASSERT_TRUE(plain.listen(QHostAddress::LocalHost));
+  const QUrl withoutTls(QStringLiteral("https://127.0.0.1:%1").arg(plain.serverPort()));
   for (const auto& [url, reason, words] :
        {std::tuple(refused, Reason::CannotConnect, "Connection refused"),
         {QUrl(QStringLiteral("http://vellum.invalid")), Reason::HostNotFound, "not found"},
-        {untrusted, Reason::Tls, "self-signed"}}) {
+        {withoutTls, Reason::Tls, "SSL"}}) {
     const Ending ending = get(url);
     EXPECT_EQ(ending.reason, reason) << words;
     EXPECT_EQ(ending.response.status, 0);
     EXPECT_NE(ending.how.find(words), std::string::npos) << ending.how;
   }
-}
-
-TEST_F(HttpClientTest, TheTimeOutBoundsTheWholeAndNotAPause) {
-  ScriptedServer server([](const QByteArray&) {
-    return Answer{"HTTP/1.1 200 OK\r\n\r\n", "x", 1000, 20ms};
-  });
-  const auto began = std::chrono::steady_clock::now();
-  const Ending late = get(server.url(), 300ms);
-  EXPECT_EQ(late.how, "The request timed out");
+  ScriptedServer slow([&](const QByteArray&) { return Answer{ok + "\r\n", "x", 1000, 20ms}; });
+  const Ending late = get(slow.url(), 300ms);
+  EXPECT_EQ(late.how, "The request timed out") << "the whole takes too long, no pause does";
   EXPECT_EQ(late.reason, Reason::TimedOut);
-  EXPECT_LT(std::chrono::steady_clock::now() - began, 5s);
-  EXPECT_TRUE(turnUntil([&] { return server.dropped() == 1; }));
+  EXPECT_TRUE(turnUntil([&] { return slow.dropped() == 1; }));
 }
 
 TEST_F(HttpClientTest, ABodyBeyondTheLimitIsDropped) {
   const QByteArray block(1 << 20, 'x');
   const char* tooLarge = "The answer is too large";
-  for (const QByteArray& head :
-       {QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 2147483648\r\n\r\n"),
-        QByteArray("HTTP/1.1 200 OK\r\n\r\n")}) {
-    ScriptedServer server([&](const QByteArray&) { return Answer{head, block, 2048}; });
-    EXPECT_EQ(get(server.url()).how, tooLarge);
-    EXPECT_TRUE(turnUntil([&] { return server.dropped() == 1; }));
-  }
   for (const bool isPacked : {false, true}) {
     ScriptedServer server([&](const QByteArray&) {
       return ScriptedServer::reply(200, isPacked ? gzip(block) : block,
@@ -307,6 +223,11 @@ TEST_F(HttpClientTest, ABodyBeyondTheLimitIsDropped) {
     EXPECT_EQ(get(server.url(), 8s, block.size()).response.body, block);
     EXPECT_EQ(get(server.url(), 8s, block.size() - 1).how, tooLarge);
   }
+  ScriptedServer endless([&](const QByteArray&) {
+    return Answer{"HTTP/1.1 200 OK\r\n\r\n", block, 2, 0ms, true};
+  });
+  EXPECT_EQ(get(endless.url(), 1h, block.size()).how, tooLarge);
+  EXPECT_TRUE(turnUntil([&] { return endless.dropped() == 1; }));
 }
 
 } // namespace

