@@ -63,21 +63,6 @@ TEST(Magnet, TrackersKeepTheirOrderAndTheirDoubles) {
                                  QStringLiteral("&tr&tr=a&tr=&tr=b:1&Tr=x"));
 }
 
-TEST(Magnet, Base32IsReadAsItsRfcHasIt) {
-  for (const auto& [text, hex] :
-       {std::pair("", ""),
-        {"MY", "66"},
-        {"mzxw6", "666f6f"},
-        {"MZXW6YTB", "666f6f6261"},
-        {"abcdefghijklmnopqrstuvwxyz234567", "00443214c74254b635cf84653a56d7c675be77df"},
-        {"MZXW6YQ=", "none"},
-        {"MZXW1", "none"}})
-    EXPECT_EQ(
-        TorrentMetadata::base32ToHex(QString::fromLatin1(text)).value_or(QStringLiteral("none")),
-        QString::fromLatin1(hex))
-        << text;
-}
-
 TEST(Magnet, AMadeLinkIsEscapedWhollyAndReadBack) {
   const QString name = QStringLiteral("\uFEFFA b&c=d#é-._~%41+/日");
   const QString link = makeMagnet(kUpper, name);
