@@ -11,7 +11,6 @@ namespace vellum::test {
 class PlayedPeer {
 public:
   std::uint16_t port() const { return m_acceptor.local_endpoint().port(); }
-  std::size_t available() const { return m_socket.available(); }
 
   void accept() {
     wait([&](auto done) { m_acceptor.async_accept(m_socket, done); });

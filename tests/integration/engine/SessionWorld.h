@@ -5,12 +5,11 @@
 #include "net/HttpClient.h"
 #include "streaming/ExtractFile.h"
 #include "support/RunFlow.h"
+#include "unit/engine/SwarmWorld.h"
 #include "world/LoopbackSeeder.h"
 #include "world/LoopbackTracker.h"
 #include "world/MainThread.h"
-#include <QCoreApplication>
 #include <QDir>
-#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 namespace vellum::test {
@@ -25,7 +24,7 @@ struct SessionWorld : testing::Test, world::MainThread {
 
   std::shared_ptr<TorrentSession> makeSession(const QStringList& trackers, bool knowsMeta) {
     return std::make_shared<TorrentSession>(environment, torrent.infoHash, trackers, QString(),
-                                            directory, knowsMeta ? meta : nullptr);
+                                            directory, knowsMeta ? torrent.meta : nullptr);
   }
 
   // Puts the clock forward, for good; what is due then happens.
@@ -46,23 +45,16 @@ struct SessionWorld : testing::Test, world::MainThread {
     return turnUntil([&] { return session.snapshot().complete; });
   }
   bool holdsThePayload(TorrentSession& session) const {
-    const auto bytes = torrent.payload->bytes();
-    const auto read = session.read(0, static_cast<std::int64_t>(bytes.size()) + 10);
-    return session.hasRange(0, static_cast<std::int64_t>(bytes.size())) && read &&
-           std::ranges::equal(*read, bytes);
+    const auto read = session.read(0, torrent.meta->total + 10);
+    return session.hasRange(0, torrent.meta->total) && read &&
+           std::ranges::equal(*read, torrent.bytes());
   }
 
   SystemClock clock;
   SystemRandom random;
   QTemporaryDir folder;
   const QString directory = folder.filePath(QStringLiteral("streams/one"));
-  const SeededTorrent torrent =
-      SeededTorrent::make(QStringLiteral("Film"),
-                          {{QStringLiteral("film.mkv"), pseudoRandomBytes(kFilm, 1)},
-                           {QStringLiteral("film.srt"), pseudoRandomBytes(5'000, 2)}},
-                          kPiece);
-  const std::shared_ptr<const TorrentMeta> meta =
-      std::make_shared<const TorrentMeta>(*TorrentMeta::parse(asBytes(torrent.infoRaw)));
+  const MadeTorrent torrent = makeTorrent({kFilm, 5'000}, kPiece); // and its subtitle
   std::optional<IoPool> pool{2};
   HttpClient http{main};
   SessionEnvironment environment{*pool, main, clock, random, http.fetcher(), {}};

@@ -52,8 +52,9 @@ TEST_F(TorrentEngineTest, OneSessionPerTorrentSharedBetweenPlays) {
   EXPECT_EQ(titles(), QStringLiteral("Film*"));
   EXPECT_EQ(engine->entries().front().id, session->key());
 
-  EXPECT_EQ(engine->acquire(torrent.infoHash, {QStringLiteral("x")}, QStringLiteral("y"), meta),
-            session);
+  EXPECT_EQ(
+      engine->acquire(torrent.infoHash, {QStringLiteral("x")}, QStringLiteral("y"), torrent.meta),
+      session);
   engine->release(session);
   EXPECT_EQ(titles(), QStringLiteral("Film ")); // it seeds on
   EXPECT_EQ(engine->acquire(torrent.infoHash, {}, {}, nullptr), session);
@@ -64,14 +65,14 @@ TEST_F(TorrentEngineTest, OneSessionPerTorrentSharedBetweenPlays) {
   EXPECT_EQ(ended, QStringList{session->key()});
   EXPECT_FALSE(folderAtEnd);
   EXPECT_TRUE(session->isStopped());
-  const auto fresh = engine->acquire(torrent.infoHash, {}, QStringLiteral("Again"), meta);
+  const auto fresh = engine->acquire(torrent.infoHash, {}, QStringLiteral("Again"), torrent.meta);
   EXPECT_NE(fresh, session);
   EXPECT_FALSE(fresh->isStopped() || fresh->hasRange(0, 1));
   EXPECT_FALSE(engine->entries().front().snap.complete); // nothing is left of the old one
 
   // A session that was stopped behind the engine's back is replaced, too.
   fresh->stop(false);
-  const auto third = engine->acquire(torrent.infoHash, {}, QStringLiteral("Again"), meta);
+  const auto third = engine->acquire(torrent.infoHash, {}, QStringLiteral("Again"), torrent.meta);
   EXPECT_NE(third, fresh);
   pass(1);
   EXPECT_TRUE(turnUntil([&] { return !engine->entries().front().snap.name.isEmpty(); }));
@@ -79,7 +80,7 @@ TEST_F(TorrentEngineTest, OneSessionPerTorrentSharedBetweenPlays) {
 
 TEST_F(TorrentEngineTest, UploadsKeepToTheLimitOfTheSettings) {
   LoopbackSeeder seeder(torrent);
-  const auto session = engine->acquire(torrent.infoHash, {}, QString(), meta);
+  const auto session = engine->acquire(torrent.infoHash, {}, QString(), torrent.meta);
   session->addPeers({loopback(seeder.port())});
   ASSERT_TRUE(finishes(*session));
   limit = 40'000;

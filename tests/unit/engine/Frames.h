@@ -55,10 +55,6 @@ inline ByteVector metadataOffer(std::int64_t size, int id = 3) {
                          std::to_string(size) + "ee");
 }
 
-inline void note(std::string& log, const std::string& what) {
-  log += (log.empty() ? "" : ", ") + what;
-}
-
 struct Message {
   int id = 0;
   ByteVector body;
@@ -105,7 +101,7 @@ public:
   }
   std::string said() {
     std::string log;
-    for (const auto& message : take()) note(log, message.text());
+    for (const auto& message : take()) log += (log.empty() ? "" : ", ") + message.text();
     return log;
   }
 

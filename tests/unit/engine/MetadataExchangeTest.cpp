@@ -35,16 +35,6 @@ TEST_F(MetadataTest, TheFirstAcceptableSizeDecidesAndEightMebibytesAreTheMost) {
   }
 }
 
-TEST_F(MetadataTest, APieceIsAskedForAgainAfterEightSecondsUnlessItIsThere) {
-  EXPECT_EQ(next(size), 0);
-  EXPECT_EQ(next(size), 1);
-  clock.advance(8.0);
-  EXPECT_FALSE(next(size));
-  clock.advance(0.01);
-  exchange.receive(0, first);
-  EXPECT_EQ(next(size), 1);
-}
-
 TEST_F(MetadataTest, AWholeThatMatchesTheHashIsBelievedAndAWrongOneBegunAgain) {
   next(size);
   next(size);

@@ -113,9 +113,7 @@ TEST_F(SessionCoreTest, ServesWhatItHasAtTheUploadLimitAndDropsWhatIsFiveSeconds
   know();
   deliverPiece(seeder, 0);
   EXPECT_EQ(early.link->said(), "have 0");
-  core->addPeers({{QStringLiteral("10.0.0.2"), 1}});
-  auto& leecher = dialled.back();
-  leecher.peer->connected();
+  auto& leecher = dialNext();
   EXPECT_TRUE(leecher.on(handshake(payload.infoHash)).ends_with("bitfield 8000, interested"));
   leecher.on(frame(2));
   const auto ask = [&](std::uint32_t piece, std::uint32_t begin, std::uint32_t length) {
@@ -196,18 +194,20 @@ TEST_F(SessionCoreTest, RangesAreThereWhenTheirPiecesAreAndNeverBecauseOfAnOldPa
   auto& end = join(false);
   for (const std::int64_t piece : {0, 1, 5, 9}) deliverPiece(end, piece);
   const std::int64_t piece = 2 * kBlock;
-  using Range = std::pair<std::int64_t, std::int64_t>; // begin and length
-  for (const auto& [at, length] :
-       {Range{0, 1}, {0, 2 * piece}, {5 * piece, piece}, {9 * piece, piece}})
-    EXPECT_TRUE(core->hasRange(at, length)) << at << ' ' << length;
-  for (const auto& [at, length] : {Range{-1, 1},
-                                   {0, 2 * piece + 1},
-                                   {5 * piece - 1, 2},
-                                   {5 * piece, piece + 1},
-                                   {9 * piece, 0},
-                                   {9 * piece, piece + 1},
-                                   {9 * piece, std::numeric_limits<std::int64_t>::max()}})
-    EXPECT_FALSE(core->hasRange(at, length)) << at << ' ' << length;
+  const std::tuple<std::int64_t, std::int64_t, bool> ranges[] = {
+      {0, 1, true},
+      {0, 2 * piece, true},
+      {5 * piece, piece, true},
+      {9 * piece, piece, true},
+      {-1, 1, false},
+      {0, 2 * piece + 1, false},
+      {5 * piece - 1, 2, false},
+      {5 * piece, piece + 1, false},
+      {9 * piece, 0, false},
+      {9 * piece, piece + 1, false},
+      {9 * piece, std::numeric_limits<std::int64_t>::max(), false}};
+  for (const auto& [at, length, there] : ranges)
+    EXPECT_EQ(core->hasRange(at, length), there) << at << ' ' << length;
 }
 
 } // namespace

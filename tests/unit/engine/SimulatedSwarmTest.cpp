@@ -7,35 +7,6 @@
 namespace vellum::test {
 namespace {
 
-// A seeder that answers a few requests in each tenth of a second, and has moods.
-struct Seeder {
-  SwarmWorld::Dialled end;
-  bool honest = true;
-  std::vector<Message> waiting;
-
-  void answer(const MadeTorrent& payload, std::mt19937& random) {
-    for (auto& message : end.link->take())
-      if (message.id == 6) waiting.push_back(std::move(message));
-    const int mood = static_cast<int>(random() % 200);
-    if (end.peer->isClosed() || (honest && mood < 100)) return; // slow
-    if (!honest && mood == 0) return end.peer->close();
-    if (!honest && mood == 1) {
-      waiting.clear();
-      feed(*end.peer, frame(0));
-      return feed(*end.peer, frame(1));
-    }
-    if (!honest && mood < 120) return; // stalls
-    for (std::size_t burst = 1 + random() % 4; burst > 0 && !waiting.empty(); --burst) {
-      const auto request = waiting.front();
-      waiting.erase(waiting.begin());
-      ByteVector data =
-          toVector(payload.block(request.number(0), request.number(1), request.number(2)));
-      if (!honest && random() % 50 == 0) data[0] ^= std::byte{1};
-      feed(*end.peer, pieceFrame(request.number(0), request.number(1), data));
-    }
-  }
-};
-
 TEST(SimulatedSwarm, TwoHonestSeedersAmongSixMoodyOnesAreEnough) {
   for (std::uint32_t seed = 1; seed <= 40; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
@@ -43,13 +14,29 @@ TEST(SimulatedSwarm, TwoHonestSeedersAmongSixMoodyOnesAreEnough) {
     SwarmWorld world;
     world.begin(makeTorrent({90 * kBlock + 77, 3000}, 4 * kBlock));
     world.know({1});
-    std::vector<Seeder> seeders;
-    while (seeders.size() < 8) seeders.push_back({world.join(), seeders.size() < 2, {}});
+    std::vector<std::deque<Message>> asked(8); // of each, and not yet answered
+    for (std::size_t i = 0; i < asked.size(); ++i) world.join();
     for (int tenths = 0; tenths < 3000 && !world.core->makeSnapshot().complete; ++tenths) {
       world.clock.advance(0.1);
-      for (auto& seeder : seeders) {
-        seeder.answer(world.payload, random);
-        ASSERT_LE(seeder.end.peer->inflight().size(), 10U);
+      for (std::size_t i = 0; i < asked.size(); ++i) {
+        auto& [address, peer, link] = world.dialled[i];
+        for (auto& message : link->take())
+          if (message.id == 6) asked[i].push_back(std::move(message));
+        const bool honest = i < 2;
+        const auto mood = random() % 200;
+        if (!honest && mood == 0) peer->close();
+        if (!honest && mood == 1) {
+          asked[i].clear();
+          feed(*peer, frame(0));
+          feed(*peer, frame(1));
+        }
+        if (mood < 100 || asked[i].empty()) continue; // slow
+        const auto piece = asked[i].front().number(0), begin = asked[i].front().number(1);
+        ByteVector data = toVector(world.payload.block(piece, begin, asked[i].front().number(2)));
+        asked[i].pop_front();
+        if (!honest && random() % 50 == 0) data[0] ^= std::byte{1};
+        feed(*peer, pieceFrame(piece, begin, data));
+        ASSERT_LE(peer->inflight().size(), 10U);
       }
       if (tenths % 10 == 9) world.core->tick();
       if (random() % 40 == 0)

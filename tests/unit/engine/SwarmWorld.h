@@ -9,6 +9,7 @@
 namespace vellum::test {
 
 inline constexpr std::int64_t kBlock = kBlockSize;
+inline constexpr Hash20 kPeerId{std::byte{'p'}, std::byte{2}};
 
 // A torrent as a session core sees it: its metadata beside its bytes.
 struct MadeTorrent : world::SeededTorrent {
@@ -62,9 +63,10 @@ public:
     core.reset();
     dialled.clear();
     announces.clear();
-    core = std::make_unique<SessionCore>(
-        SessionCore::Config{payload.infoHash, {}, std::move(trackers), std::move(title), directory},
-        clock, *this);
+    core = std::make_unique<SessionCore>(SessionCore::Config{payload.infoHash, kPeerId,
+                                                             std::move(trackers), std::move(title),
+                                                             directory},
+                                         clock, *this);
     core->start();
   }
   // It knows its files and fetches the first one.
@@ -72,11 +74,15 @@ public:
     core->setMeta(payload.meta, false);
     core->select(0, subtitles);
   }
-  // One more peer, greeted; with everything, and unchoking, or without.
-  Dialled& join(bool seeds = true) {
+  // One more peer, which has yet to say its handshake.
+  Dialled& dialNext() {
     core->addPeers({{QStringLiteral("10.0.0.1"), static_cast<std::uint16_t>(++m_joined)}});
-    Dialled& end = dialled.back();
-    end.peer->connected();
+    dialled.back().peer->connected();
+    return dialled.back();
+  }
+  // The same, greeted; with everything, and unchoking, or without.
+  Dialled& join(bool seeds = true) {
+    Dialled& end = dialNext();
     feed(*end.peer, handshake(payload.infoHash));
     end.link->take();
     if (seeds) feed(*end.peer, frame(5, ByteVector(2000, std::byte{0xFF})));

@@ -1,6 +1,4 @@
-// The small containers of the engine over many operations.
 #include "engine/RequestTable.h"
-#include "engine/SendBuffer.h"
 #include <gtest/gtest.h>
 #include <map>
 #include <random>
@@ -35,18 +33,6 @@ TEST(RequestTable, BehavesAsAMapThroughCollisionsErasuresAndGrowth) {
   std::map<BlockKey, TimePoint> old;
   for (const BlockKey key : table.olderThan(20.0, now)) old[key] = *table.find(key);
   EXPECT_EQ(old, model);
-}
-
-TEST(SendBuffer, HoldsLittleMoreThanWhatWaitsOnALineThatIsNeverIdle) {
-  SendBuffer buffer;
-  buffer.append(ByteVector(1000)); // never empty from now on
-  for (int round = 0; round < 1000; ++round) {
-    buffer.append(ByteVector(16'384, std::byte(round)));
-    buffer.consume(16'384);
-    ASSERT_EQ(buffer.size(), 1000U);
-    ASSERT_EQ(buffer.front().back(), std::byte(round));
-  }
-  EXPECT_LT(buffer.held(), 0x40000U);
 }
 
 } // namespace

@@ -20,14 +20,11 @@ TEST(TrackerWire, UdpRequestsByteByByte) {
   EXPECT_EQ(toHex(udpConnectRequest(0x01020304)),
             QStringLiteral("00000417271019800000000001020304"));
   const auto announce = udpAnnounceRequest(0x1122334455667788, 0x0A0B0C0D, request(), 0xCAFEBABE);
-  EXPECT_EQ(toHex(announce), QStringLiteral("1122334455667788"
-                                            "000000010a0b0c0d") +
-                                 QStringLiteral("0b").repeated(20) +
-                                 QStringLiteral("7a").repeated(20) +
-                                 QStringLiteral("0000000000000000"
-                                                "0000000000000001"
-                                                "0000000000000000"
-                                                "0000000200000000cafebabeffffffff1ae1"));
+  const auto of = [](const char* bytes) { return QString::fromLatin1(bytes).remove(u' '); };
+  EXPECT_EQ(toHex(announce), of("1122334455667788 00000001 0a0b0c0d") + of("0b").repeated(20) +
+                                 of("7a").repeated(20) +
+                                 of("0000000000000000 0000000000000001 0000000000000000") +
+                                 of("00000002 00000000 cafebabe ffffffff 1ae1"));
 }
 
 TEST(TrackerWire, PeersAreSixBytesEachWithPortZeroAndARestIsNone) {
