@@ -148,15 +148,9 @@ TEST_F(CatalogTest, AnItemShowsWhatIsKnownAndNothingOfAnother) {
   record.item.creator = text("Lang");
   MediaItem known = item(text("id"));
   known.year = text("1926");
-  for (const char* title : {"id", "Other"}) { // what is not known yet comes with the record
-    navigation.setSelectedItem(item(text("slow")));
-    open(known);
-    EXPECT_EQ(said(page.errorText() + page.title() + u' ' + page.byline()),
-              title + std::string(known.year ? " 1926 · Lang" : " 1927 · Lang"));
-    EXPECT_EQ(said(page.summary()), "One\ntwo\uFFFD");
-    known.year.reset();
-    known.title.clear();
-  }
+  open(known); // what is not known yet comes with the record
+  EXPECT_EQ(said(page.errorText() + page.title() + u' ' + page.byline()), "id 1926 · Lang");
+  EXPECT_EQ(said(page.summary()), "One\ntwo\uFFFD");
 
   const QString longOne = text("https://l/") + QString(400, u'a'); // shown short, opened whole
   for (const auto& [licence, opened] : {std::pair{longOne, text("page ") + longOne},
