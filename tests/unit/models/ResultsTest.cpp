@@ -32,14 +32,10 @@ TEST(TorrentResult, ReadsQualityAndFormatFromTheTitle) {
 }
 
 TEST(QualityPicker, TakesTheNearestRungThenTheLowerThenTheMostSeeded) {
-  for (const auto& [label, height] : {std::pair("480P", 480),
-                                      {"sd", 480},
-                                      {"720p", 720},
-                                      {"HD", 720},
-                                      {"1080p", 1080},
-                                      {"2160p", 2160},
-                                      {"4K", 2160},
-                                      {"p", 0}})
+  using Label = std::pair<const char*, int>;
+  for (const auto& [label, height] :
+       {Label{"480P", 480}, Label{"sd", 480}, Label{"720p", 720}, Label{"HD", 720},
+        Label{"1080p", 1080}, Label{"2160p", 2160}, Label{"4K", 2160}, Label{"p", 0}})
     EXPECT_EQ(QualityPicker::rank(QLatin1String(label)).value_or(0), height) << label;
   using Case = std::tuple<const char*, std::vector<const char*>, int>; // the index, -1 for nothing
   for (const auto& [preferred, offered, expected] :

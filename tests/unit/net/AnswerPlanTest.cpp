@@ -5,7 +5,6 @@ namespace vellum {
 namespace {
 
 using Body = AnswerPlan::Body;
-constexpr auto kLargest = std::numeric_limits<std::int64_t>::max();
 
 TEST(AnswerPlanTest, APartCountsOnlyWhereTheFileEndsAndOfAFileAsLongAsBefore) {
   using Case = std::tuple<AskedFrom, const char*, AnswerPlan>;
@@ -25,17 +24,10 @@ TEST(AnswerPlanTest, APartCountsOnlyWhereTheFileEndsAndOfAFileAsLongAsBefore) {
            Case{{50, 100}, "bytes */100", again},
            Case{{50, 100}, "", again},
            Case{{50, 100}, "lines 50-99/100", again},
-           Case{{50, 100}, "bytes 50/100-99", again},
-           Case{{50, 0}, "bytes 50-99/99999999999999999999", again},
-           Case{{50, kLargest},
-                "bytes 50-9223372036854775806/9223372036854775807",
-                {Body::Append, kLargest}},
            Case{{}, "bytes 0-99/100", {Body::Replace, 100}},
            Case{{}, "bytes 1-99/100", unusable},
            Case{{}, "bytes +0-99/100", unusable},
-           Case{{}, "bytes 0--99/100", unusable},
            Case{{}, "bytes 0-99999999999999999999/*", unusable},
-           Case{{0, 100}, "bytes 0-0/1", unusable},
            Case{{0, 1}, "bytes 0-1/2", unusable},
        })
     EXPECT_EQ(planFor(asked, {206, range, {}, 50}), plan) << asked.offset << ' ' << range;
