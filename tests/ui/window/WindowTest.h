@@ -31,19 +31,19 @@ struct WindowTest : testing::Test {
     ASSERT_TRUE(until([&] { return !app.aggregator.isSearching() && rows() > 0; }));
     see.settle();
   }
-  int rows() { return see.property(text("resultList"), "count").toInt(); }
-  // The play button in the row with that title.
-  QQuickItem* partOfRow(const char* title, const char* part) {
-    QQuickItem* found = nullptr;
-    everyItem(world.window().contentItem(), [&](QQuickItem* item) {
-      if (item->objectName() != text(part) || !item->isVisible()) return;
-      for (auto* above = item->parentItem(); above; above = above->parentItem())
-        if (above->property("title").toString().contains(text(title))) found = item;
-    });
-    return found;
+  bool isOpen(const char* popup) { return see.property(text(popup), "opened").toBool(); }
+  bool opens(const char* popup) {
+    return until([&] { return isOpen(popup); });
   }
-  void clickPart(const char* title, const char* part) {
-    QQuickItem* target = partOfRow(title, part);
+  int rows() { return see.property(text("resultList"), "count").toInt(); }
+  // Plays the row with that title.
+  void playRow(const char* title) {
+    QQuickItem* target = nullptr;
+    everyItem(world.window().contentItem(), [&](QQuickItem* item) {
+      if (item->objectName() != text("playButton") || !item->isVisible()) return;
+      for (auto* above = item->parentItem(); above; above = above->parentItem())
+        if (above->property("title").toString().contains(text(title))) target = item;
+    });
     ASSERT_NE(target, nullptr) << title;
     const QPointF middle(target->width() / 2, target->height() / 2);
     QTest::mouseClick(&world.window(), Qt::LeftButton, {}, target->mapToScene(middle).toPoint());
@@ -55,12 +55,9 @@ struct WindowTest : testing::Test {
     const QImage before = see.settle().copy(place);
     return until([&] { return see.settle().copy(place) != before; }, 3000);
   }
-  QString streams() const { return app.cache.torrentDir() + text("/streams"); }
   bool nothingIsLeft() {
-    return until([&] {
-      return app.engine.entries().empty() &&
-             QDir(streams()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).isEmpty();
-    });
+    const QDir streams(app.cache.torrentDir() + text("/streams"));
+    return until([&] { return app.engine.entries().empty() && streams.isEmpty(); });
   }
 
   WindowWorld world;
