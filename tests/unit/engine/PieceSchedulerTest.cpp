@@ -2,6 +2,8 @@
 #include "SwarmWorld.h"
 #include <csignal>
 #include <gtest/gtest.h>
+#include <map>
+#include <random>
 #include <sys/resource.h>
 
 namespace vellum::test {
@@ -227,6 +229,77 @@ TEST_F(SchedulerTest, ADiskWithoutRoomCostsNothingButTheData) {
   EXPECT_TRUE(core->makeSnapshot().complete) << "verified, whatever the disk says";
   ByteVector onDisk(101);
   EXPECT_EQ(core->storage().readSome(0, onDisk), 100U) << "as far as it goes";
+}
+
+// A whole swarm on virtual time: seeders with seeded faults, and one session that must get the
+// file through all of them.
+TEST(SimulatedSwarm, TwoHonestSeedersAmongSixMoodyOnesAreEnough) {
+  for (std::uint32_t seed = 1; seed <= 40; ++seed) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    SwarmWorld world;
+    world.begin(makeTorrent({90 * kBlock + 77, 3000}, 4 * kBlock));
+    world.know({1});
+    std::vector<std::deque<Message>> asked(8); // of each, and not yet answered
+    for (std::size_t i = 0; i < asked.size(); ++i) world.join();
+    for (int tenths = 0; tenths < 3000 && !world.core->makeSnapshot().complete; ++tenths) {
+      world.clock.advance(0.1);
+      for (std::size_t i = 0; i < asked.size(); ++i) {
+        auto& [address, peer, link] = world.dialled[i];
+        for (auto& message : link->take())
+          if (message.id == 6) asked[i].push_back(std::move(message));
+        const bool honest = i < 2;
+        const auto mood = random() % 200;
+        if (!honest && mood == 0) peer->close();
+        if (!honest && mood == 1) {
+          asked[i].clear();
+          feed(*peer, frame(0));
+          feed(*peer, frame(1));
+        }
+        if (mood < 100 || asked[i].empty()) continue; // slow
+        const auto piece = asked[i].front().number(0), begin = asked[i].front().number(1);
+        ByteVector data = toVector(world.payload.block(piece, begin, asked[i].front().number(2)));
+        asked[i].pop_front();
+        if (!honest && random() % 50 == 0) data[0] ^= std::byte{1};
+        feed(*peer, pieceFrame(piece, begin, data));
+        ASSERT_LE(peer->inflight().size(), 10U);
+      }
+      if (tenths % 10 == 9) world.core->tick();
+      if (random() % 40 == 0)
+        world.core->setPlayhead(static_cast<std::int64_t>(random() % (90 * kBlock)));
+    }
+    ASSERT_TRUE(world.core->makeSnapshot().complete) << "not complete after 300 s";
+    EXPECT_TRUE(world.holdsThePayload());
+  }
+}
+
+TEST(RequestTable, BehavesAsAMapThroughCollisionsErasuresAndGrowth) {
+  std::mt19937 random(7);
+  RequestTable table;
+  std::map<BlockKey, TimePoint> model;
+  for (int step = 0; step < 60'000; ++step) {
+    // Few pieces and blocks, so that keys come again and neighbours collide.
+    const BlockKey key = blockKey(random() % 40, random() % (step < 30'000 ? 8 : 64));
+    const TimePoint when{std::chrono::seconds(random() % 100)};
+    if (random() % 3 == 0) {
+      table.erase(key);
+      model.erase(key);
+    } else {
+      table.set(key, when);
+      model[key] = when;
+    }
+    const BlockKey probe = blockKey(random() % 40, random() % 64);
+    const auto expected = model.find(probe);
+    const auto found = table.find(probe);
+    ASSERT_EQ(found.has_value(), expected != model.end()) << step;
+    if (found) ASSERT_EQ(*found, expected->second) << step;
+    ASSERT_EQ(table.size(), model.size()) << step;
+  }
+  const TimePoint now{std::chrono::seconds(100)};
+  std::erase_if(model, [&](const auto& entry) { return secondsBetween(entry.second, now) <= 20; });
+  std::map<BlockKey, TimePoint> old;
+  for (const BlockKey key : table.olderThan(20.0, now)) old[key] = *table.find(key);
+  EXPECT_EQ(old, model);
 }
 
 } // namespace

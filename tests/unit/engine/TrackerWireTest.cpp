@@ -7,6 +7,8 @@ namespace {
 
 using test::runFlow;
 
+const PeerAddr kPeer{QStringLiteral("65.66.67.68"), 0x4546};
+
 ByteVector hex(const char* text) { return toVector(asBytes(QByteArray::fromHex(text))); }
 
 AnnounceRequest request() {
@@ -27,10 +29,18 @@ TEST(TrackerWire, UdpRequestsByteByByte) {
                                  of("00000002 00000000 cafebabe ffffffff 1ae1"));
 }
 
-TEST(TrackerWire, PeersAreSixBytesEachWithPortZeroAndARestIsNone) {
-  EXPECT_EQ(parseCompact(hex("7f0102031ae10a00000200000807060504")),
-            (std::vector<PeerAddr>{{QStringLiteral("127.1.2.3"), 6881},
-                                   {QStringLiteral("10.0.0.2"), 0}}));
+TEST(TrackerWire, UdpAnswersMustBeWholeAndOfTheirTransaction) {
+  const ByteVector connected = hex("00000000 00000007 0102030405060708");
+  const ByteVector announced = hex("00000001 00000007 00000708 00000002 00000003 41424344 4546");
+  EXPECT_EQ(parseUdpConnect(connected, 7), 0x0102030405060708U);
+  EXPECT_EQ(parseUdpAnnounce(announced, 7), (TrackerResult{{kPeer}, 3, 2}));
+  EXPECT_EQ(parseUdpAnnounce(ByteSpan(announced).first(20), 7), (TrackerResult{{}, 3, 2}));
+  EXPECT_FALSE(parseUdpAnnounce(ByteSpan(announced).first(19), 7));
+  EXPECT_FALSE(parseUdpConnect(ByteSpan(connected).first(15), 7));
+  EXPECT_FALSE(parseUdpConnect(connected, 8) || parseUdpAnnounce(announced, 8));
+  ByteVector error = announced;
+  error[3] = std::byte{3};
+  EXPECT_FALSE(parseUdpConnect(error, 7) || parseUdpAnnounce(error, 7));
 }
 
 TEST(TrackerWire, HttpAnnounceEscapesEveryByte) {
@@ -45,9 +55,10 @@ TEST(TrackerWire, HttpAnnounceEscapesEveryByte) {
 }
 
 TEST(TrackerWire, HttpRepliesAreDictionariesWithCompactPeersOrNone) {
-  const PeerAddr peer{QStringLiteral("65.66.67.68"), 0x4546};
   const std::pair<const char*, std::optional<TrackerResult>> cases[] = {
-      {"d8:completei7e10:incompletei2e5:peers6:ABCDEFe", TrackerResult{{peer}, 7, 2}},
+      {"d8:completei7e10:incompletei2e5:peers6:ABCDEFe", TrackerResult{{kPeer}, 7, 2}},
+      {"d5:peers17:ABCDEFabcd00ABCDEe",
+       TrackerResult{{kPeer, {QStringLiteral("97.98.99.100"), 0x3030}}, {}, {}}},
       {"d8:complete1:7e", TrackerResult{}},
       {"d5:peersld2:ip9:127.0.0.14:porti1eeee", TrackerResult{}},
       {"d14:failure reason2:noe", TrackerResult{}},
