@@ -92,10 +92,7 @@ TEST_F(FileTransferTest, OnlyAWholeAndPlainFileIsHandedOut) {
            Case{ok + "Content-Encoding: gzip\r\n" + five, "whole",
                 "The server sent something else than the file"},
            Case{part + "0-4/10\r\n" + five, "whole", early},
-           Case{part + "0-4/5\r\n" + five, "whole", "=whole"},
-           Case{"SSH-2.0-nobody\r\n", "", "Connection closed"},
            Case{"", "", "Connection closed"},
-           Case{"HTTP/1.1 302 Go\r\nLocation: file:///etc/hostname\r\n\r\n", "", "HTTP 302"},
            Case{"HTTP/1.1 302 Go\r\nContent-Length: 4\r\n\r\n", "lost", "HTTP 302"},
        }) {
     ScriptedServer server([&](const QByteArray&) { return Answer{head, body}; });
@@ -119,10 +116,7 @@ TEST_F(FileTransferTest, AsksForThePlainFileOfTheWebAndFollowsRedirects) {
   EXPECT_EQ(head.path.toStdString(), "/new/place.bin");
   EXPECT_EQ(head.header("Accept-Encoding"), "identity");
   EXPECT_EQ(head.header("User-Agent"), "VellumApp/1.0 (macOS)");
-  EXPECT_EQ(head.header("Range"), "");
-
-  for (const char* address : {"file:///etc/hostname", "ftp://127.0.0.1/x", "data:text/plain,x",
-                              "http:///path", "qrc:/x", "//127.0.0.1/x", ""})
+  for (const char* address : {"", "file:///etc/hostname", "ftp://127.0.0.1/x", "http:///path"})
     EXPECT_EQ(ending(start(QUrl(QLatin1String(address)))), "Invalid URL") << address;
   EXPECT_TRUE(partsGo());
 }

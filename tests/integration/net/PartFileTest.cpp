@@ -2,7 +2,6 @@
 #include <QDir>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
-#include <thread>
 #include <unistd.h>
 
 namespace vellum::test {
@@ -83,22 +82,6 @@ TEST_F(PartFileTest, WhatADeadProgramLeftGoesAndNothingElse) {
   EXPECT_FALSE(QFileInfo::exists(in(".vellum-00000000-0000-0000-0000-000000000003.part")));
   EXPECT_EQ(files(), 8);
   EXPECT_TRUE(QFileInfo(link).isSymLink());
-}
-
-// Another program may clear between the making of a file and its lock.
-TEST_F(PartFileTest, ANewFileIsNeverOneThatIsGone) {
-  std::atomic<bool> isOver = false;
-  std::thread clearer([&] {
-    while (!isOver) PartFile::clearLeftovers(folder.path());
-  });
-  for (int round = 0; round < 2000; ++round) {
-    const auto file = PartFile::create(folder.path(), error);
-    EXPECT_TRUE(file && !file->moveTo(in("film"))) << round;
-    QFile::remove(in("film"));
-  }
-  isOver = true;
-  clearer.join();
-  EXPECT_EQ(nextDescriptor(), m_before);
 }
 
 } // namespace

@@ -45,7 +45,7 @@ TEST(ApiBayProvider, ReadsRowsAndSkipsBadOnes) {
         row("\"x\"", zeros), row('"' + QByteArray(4097, 'x') + '"', kHash)})
     EXPECT_EQ(apibay('[' + good + ',' + bad + ',' + good + ']').size(), 2U) << bad.toStdString();
   EXPECT_EQ(apibay('[' + row("\"x\"", zeros.first(39) + '1') + ']').size(), 1U);
-  EXPECT_TRUE(apibay("[]").empty());
+  EXPECT_LT(apibay('[' + (good + ',').repeated(40'000) + good + ']').size(), 40'000U) << "bounded";
   for (const char* wrong : {"[1]", "{}"}) EXPECT_THROW(apibay(wrong), NetError) << wrong;
 }
 
@@ -70,19 +70,10 @@ TEST(YTSProvider, MakesARowOfEachTorrentOfAFilm) {
     EXPECT_TRUE(yts(empty).empty()) << empty;
   for (const char* wrong : {"{}", "[]", R"({"data":[]})"})
     EXPECT_THROW(yts(wrong), NetError) << wrong;
-}
-
-// A small answer must not become any amount of memory by repeating its own texts.
-TEST(YTSProvider, BoundsWhatAnAnswerBecomes) {
-  const auto made = [](qsizetype letters, int torrents) {
-    const QByteArray list = QByteArray("{\"hash\":\"AB\"},").repeated(torrents).chopped(1);
-    return yts(R"({"data":{"movies":[{"title":")" + QByteArray(letters, 'x') + R"(","torrents":[)" +
-               list + "]}]}}")
-        .size();
-  };
-  EXPECT_EQ(made(100'000, 30'000), 0U);
-  EXPECT_NEAR(double(made(4000, 30'000)), 1000, 50);
-  EXPECT_EQ(made(10, 15'000), 15'000U);
+  const QByteArray endless(4097, 'x');
+  EXPECT_TRUE(
+      yts(R"({"data":{"movies":[{"title":")" + endless + R"(","torrents":[{"hash":"AB"}]}]}})")
+          .empty());
 }
 
 TEST(Json, RefusesWhatIsNoneOrTooMuch) {
@@ -143,18 +134,18 @@ TEST(TorznabProvider, KeepsGoodItemsAmongBadOnes) {
   for (const auto& [document, wanted] : {
            std::pair(item("<title>a</title></item><item><guid>no title</guid></item>"
                           "<item><title>b</title>"),
-                     "a|b|"),
+                     "a|b"),
            {item("<title>a</title><item><title>b</title></item><title>c</title>"),
-            "b|"}, // in an item
-           {xml + "\"ISO-8859-1\"?>" + item("<title>\xfc\xc3\xbc</title>"), "üÃ¼|"},
-           {"\xef\xbb\xbf" + xml + "'ISO-8859-1'?>" + item("<title>\xc3\xbc</title>"), "ü|"},
-           {xml + "'windows-1252'?>" + item("<title>\xfc</title>"), "ü|"},
-           {"<!--<!x--><?x <!x?>" + item("<title><![CDATA[<!DOCTYPE]]></title>"), "<!DOCTYPE|"},
-           {"<!-->--><?x?>" + item("<title>a</title>"), "a|"},
+            "b"}, // in an item
+           {xml + "\"ISO-8859-1\"?>" + item("<title>\xfc\xc3\xbc</title>"), "üÃ¼"},
+           {"\xef\xbb\xbf" + xml + "'ISO-8859-1'?>" + item("<title>\xc3\xbc</title>"), "ü"},
+           {xml + "'windows-1252'?>" + item("<title>\xfc</title>"), "ü"},
+           {"<!--<!x--><?x <!x?>" + item("<title><![CDATA[<!DOCTYPE]]></title>"), "<!DOCTYPE"},
+           {"<!-->--><?x?>" + item("<title>a</title>"), "a"},
        }) {
-    std::string titles;
-    for (const auto& row : torznab(document)) titles += row.title.toStdString() + '|';
-    EXPECT_EQ(titles, wanted) << document.toStdString();
+    QStringList titles;
+    for (const auto& row : torznab(document)) titles += row.title;
+    EXPECT_EQ(titles.join(u'|'), QString::fromUtf8(wanted)) << document.toStdString();
   }
 }
 

@@ -50,18 +50,10 @@ TEST(ResponseClassifier, LooksAtTheBytes) {
     for (const QByteArray& body : bodies)
       EXPECT_EQ(kind(body), expected) << body.left(40).toStdString();
   EXPECT_EQ(kind("{}", "Text/HTML; charset=x"), Kind::Html);
-  EXPECT_EQ(kind("ok", "text/xml"), Kind::Unknown);
 }
 
 struct ProviderClientTest : testing::Test {
-  ProviderClientTest() {
-    config.name = text("Some %1");
-    config.kind = ProviderKind::Apibay;
-    config.baseURL = text(" http://base ");
-    config.mirrors = {text("http://one"), text("no address"), text("http://one "),
-                      text("http://two")};
-    answer(failure(Reason::CannotConnect), reply("<html>"), reply("[]"));
-  }
+  ProviderClientTest() { answer(failure(Reason::CannotConnect), reply("<html>"), reply("[]")); }
   void answer(const Scripted& base, const Scripted& one, const Scripted& two) {
     net.hosts = {{text("base"), base}, {text("one"), one}, {text("two"), two}};
   }
@@ -84,7 +76,12 @@ struct ProviderClientTest : testing::Test {
 
   ScriptedTransport net;
   PreferenceStore memory;
-  ProviderConfig config;
+  ProviderConfig config{
+      .name = text("Some %1"),
+      .kind = ProviderKind::Apibay,
+      .baseURL = text(" http://base "),
+      .apiKey = {},
+      .mirrors = {text("http://one"), text("xyz"), text("http://one "), text("http://two")}};
 };
 
 TEST_F(ProviderClientTest, WalksOverTheAddressesAndRemembersTheOneThatWorked) {
@@ -99,16 +96,6 @@ TEST_F(ProviderClientTest, WalksOverTheAddressesAndRemembersTheOneThatWorked) {
   config.mirrors.removeLast(); // what is remembered is no longer among them
   EXPECT_EQ(ProviderClient::candidates(config, memory),
             QStringList({text("http://base"), text("http://one")}));
-
-  int asked = 0;
-  const Transport cancelled = [&](QUrl) -> Flow<HttpResponse> {
-    ++asked;
-    throw asio::system_error(asio::error::operation_aborted);
-    co_return HttpResponse();
-  };
-  EXPECT_THROW(runFlow(ProviderSearch::run(config, text("x"), cancelled, memory)),
-               asio::system_error);
-  EXPECT_EQ(asked, 1) << "a cancelled walk asks nobody else";
 }
 
 TEST_F(ProviderClientTest, SaysWhatOutweighsWhatWhenNoAddressWorks) {
@@ -208,8 +195,6 @@ TEST_F(ProviderClientTest, ChecksEveryAddressAndRemembersNone) {
   config.mirrors.clear();
   config.baseURL = text("xyz");
   EXPECT_EQ(check(), "xyz -1: Not a valid http(s) address\n");
-  config.baseURL.clear();
-  EXPECT_EQ(check(), "(no address) -1: Not a valid http(s) address\n");
   config.kind = ProviderKind::ArchiveOrg;
   EXPECT_EQ(check(),
             "Built-in catalog reachable good -1: Vidarium catalog uses a fixed built-in host\n");
