@@ -141,7 +141,7 @@ TEST_F(VideoPlayerTest, TellsWhyAnItemFailsAndOpensNothingElse) {
   EXPECT_TRUE(player->error().isNull()) << "that of the item before";
 }
 
-TEST_F(VideoPlayerTest, APausedFilmIsDrawnInTheSizeOfItsLatestViewer) {
+TEST_F(VideoPlayerTest, AFilmIsDrawnInTheSizeOfItsLatestViewerAlsoWhilePaused) {
   player->load(film, 0);
   player->toggle();
   const auto isDrawn = [this](int width, int height) {
@@ -162,6 +162,10 @@ TEST_F(VideoPlayerTest, APausedFilmIsDrawnInTheSizeOfItsLatestViewer) {
   const auto frame = player->picture()->softwareFrame();
   EXPECT_EQ(frame->stride, 640U);
   EXPECT_EQ(reinterpret_cast<std::uintptr_t>(frame->pixels) % 64, 0U);
+  int frames = 0;
+  QObject::connect(&*player->picture(), &MpvPicture::frameReady, &app, [&] { ++frames; });
+  player->toggle();
+  EXPECT_TRUE(turnUntil([&] { return frames > 5; })) << "it moves again";
 }
 
 // The film as a torrent of which nothing is there yet, behind the server.
