@@ -1,5 +1,4 @@
 // The owner of the sessions, with real ones.
-#include "PlayedPeer.h"
 #include "SessionWorld.h"
 
 namespace vellum::test {
@@ -78,15 +77,26 @@ TEST_F(TorrentEngineTest, OneSessionPerTorrentSharedBetweenPlays) {
   EXPECT_TRUE(turnUntil([&] { return !engine->entries().front().snap.name.isEmpty(); }));
 }
 
-TEST_F(TorrentEngineTest, UploadsKeepToTheLimitOfTheSettings) {
+TEST_F(TorrentEngineTest, UploadsGiveEveryByteAndKeepToTheLimitOfTheSettings) {
   LoopbackSeeder seeder(torrent);
   const auto session = engine->acquire(torrent.infoHash, {}, QString(), torrent.meta);
   session->addPeers({loopback(seeder.port())});
   ASSERT_TRUE(finishes(*session));
-  limit = 40'000;
   PlayedPeer leecher;
   session->addPeers({loopback(leecher.port())});
   leecher.leech(torrent.infoHash);
+  constexpr std::uint32_t kHalf = kPiece / 2, kBlocks = 1000; // more than the line takes at once
+  ByteVector requests;
+  for (std::uint32_t i = 0; i < kBlocks; ++i)
+    append(requests, frame(6, numbers({i % 32, kHalf, kHalf})));
+  leecher.say(requests);
+  for (std::uint32_t i = 0; i < kBlocks; ++i) {
+    ByteVector body = numbers({i % 32, kHalf});
+    append(body, torrent.block(i % 32, kHalf, kHalf));
+    ASSERT_TRUE(leecher.hear(7).body == body) << i;
+  }
+  EXPECT_EQ(session->snapshot().uploaded, std::int64_t{kHalf} * kBlocks);
+  limit = 40'000;
   const double seconds = secondsFor([&] {
     for (std::uint32_t i = 0; i < 4; ++i) leecher.say(frame(6, numbers({i, 0, 10'000})));
     for (std::uint32_t i = 0; i < 4; ++i) EXPECT_EQ(leecher.hear(7).number(0), i);

@@ -1,5 +1,4 @@
 // A session and its counterparts: from nothing but a hash to bytes on disk, and back out.
-#include "PlayedPeer.h"
 #include "SessionWorld.h"
 #include "storage/HeldFile.h"
 #include <QFile>
@@ -168,11 +167,8 @@ TEST_F(TorrentSessionTest, StopsAtOnceInTheMidstOfEverything) {
 
   // Nothing starts again, and nothing is left that the pool would have to wait for.
   session->start();
-  EXPECT_LT(secondsFor([&] {
-              session.reset();
-              pool.reset();
-            }),
-            2.0);
+  session.reset();
+  EXPECT_LT(secondsFor([&] { pool.reset(); }), 2.0);
   EXPECT_FALSE(QDir(directory).exists());
 }
 
@@ -187,28 +183,6 @@ TEST_F(TorrentSessionTest, APayloadGoesWithTheLastThatUsesIt) {
   ASSERT_TRUE(QDir(folder.path()).mkpath(directory + QStringLiteral(".gone/left/by/a/dead/one")));
   other->stop(true);
   EXPECT_TRUE(QDir(directory + QStringLiteral("/..")).isEmpty());
-}
-
-TEST_F(TorrentSessionTest, ALeecherThatAsksForMoreThanTheLineTakesGetsEveryByteOfIt) {
-  LoopbackSeeder seeder(torrent);
-  const auto session = makeSession({}, true);
-  session->start();
-  session->addPeers({loopback(seeder.port())});
-  ASSERT_TRUE(finishes(*session));
-  PlayedPeer leecher;
-  session->addPeers({loopback(leecher.port())});
-  leecher.leech(torrent.infoHash);
-  constexpr std::uint32_t kHalf = kPiece / 2, kBlocks = 1000;
-  ByteVector requests;
-  for (std::uint32_t i = 0; i < kBlocks; ++i)
-    append(requests, frame(6, numbers({i % 32, kHalf, kHalf})));
-  leecher.say(requests);
-  for (std::uint32_t i = 0; i < kBlocks; ++i) {
-    ByteVector body = numbers({i % 32, kHalf});
-    append(body, torrent.bytes().subspan(i % 32 * kPiece + kHalf, kHalf));
-    ASSERT_TRUE(leecher.hear(7).body == body) << i;
-  }
-  EXPECT_EQ(session->snapshot().uploaded, std::int64_t{kHalf} * kBlocks);
 }
 
 } // namespace
