@@ -2,7 +2,6 @@
 import json
 import os
 import pty
-import re
 import select
 import signal
 import time
@@ -14,7 +13,6 @@ from world.reading import read_all, sha1_of
 from world.vellum import Vellum, program
 
 SIZE = 3_000_000  # bytes of a film
-SOON = 1.0        # seconds in which a signal ends the program
 
 
 class Usage(WorldTest):
@@ -46,14 +44,6 @@ class Usage(WorldTest):
         self.assertEqual(checked.returncode, 0)
         self.assertEqual(list(temporary.iterdir()), [])
         self.assertFalse((self.folder / "home").exists())
-
-    def test_failed_checks_are_counted_and_the_run_goes_on(self) -> None:
-        checked = self.ended("--selftest", TMPDIR="/proc")  # where no film can be written
-        failed = re.findall(r"^FAIL  .*", checked.stdout, re.M)
-        self.assertIn("FAIL  Cache exists while streaming", failed)
-        self.assertTrue(any(" — " in line for line in failed), failed)
-        self.assertTrue(checked.stdout.endswith(f"\n{len(failed)} TEST(S) FAILED\n"))
-        self.assertEqual(checked.returncode, 1)
 
 
 class Streams(WorldTest):
@@ -93,7 +83,7 @@ class Streams(WorldTest):
                 sent = time.monotonic()
                 vellum.signal(number)
                 self.assertEqual(vellum.wait(10), 0, vellum.err())
-                self.assertLess(time.monotonic() - sent, SOON)
+                self.assertLess(time.monotonic() - sent, 1)
                 payload = vellum.payload(self.world.torrent.hash)
                 self.assertEqual(payload.parent.exists(), bool(options))
                 if options and word == "DONE":

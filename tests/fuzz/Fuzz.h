@@ -8,7 +8,6 @@ inline void require(bool kept) {
   if (!kept) __builtin_trap();
 }
 
-// Each fuzzer has its own.
 void check(ByteSpan input);
 
 } // namespace vellum::fuzz

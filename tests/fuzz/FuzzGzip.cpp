@@ -2,8 +2,7 @@
 #include "net/ContentCoding.h"
 #include "net/NetError.h"
 
-// The first byte sets the limit: whatever arrives, no more than that comes out, and a body that is
-// handed out at one limit is the same at any larger one.
+// The first byte sets the limit: no more than that comes out, and a larger one changes nothing.
 void vellum::fuzz::check(ByteSpan input) {
   if (input.empty()) return;
   const QByteArray body = toByteArray(input.subspan(1));

@@ -16,8 +16,7 @@ static void checkInvariant(const TorrentMeta& meta) {
   require(sum == meta.total && sum <= covered);
 }
 
-// Reads the input as a dictionary of a peer and as a file; what the engine takes the inspector can
-// show, under the same hash.
+// What the engine takes the inspector can show, under the same hash.
 void check(ByteSpan input) {
   if (const auto meta = TorrentMeta::parse(input)) checkInvariant(*meta);
   const auto file = TorrentMeta::parseTorrentFile(input);

@@ -3,8 +3,7 @@
 #include "providers/TorznabParser.h"
 #include "providers/TorznabProvider.h"
 
-// Whatever arrives, a document gives rows, the indexer's complaint or an error, and rows of which
-// the torrent links lead to the web.
+// A document gives the indexer's complaint, an error, or rows whose links lead to the web.
 void vellum::fuzz::check(ByteSpan input) {
   try {
     const TorrentResults rows = TorznabProvider::parse(toByteArray(input), QStringLiteral("S"));

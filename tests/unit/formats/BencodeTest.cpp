@@ -41,29 +41,21 @@ TEST(Bencode, WhatIsMalformedOrCutGivesNothing) {
 }
 
 TEST(Bencode, TheParserStopsBehindItsValueAndKnowsTheLastInfoOnTop) {
-  const struct {
-    std::string text;
-    std::size_t end;
-    std::optional<std::string> info = {};
-  } cases[] = {
-      {"4:spamrest", 6},
-      {"i1exx", 3},
-      {"d8:msg_typei1ee\x01raw", 15},
-      {"d4:infod1:ai1eee", 16, "d1:ai1ee"},
-      {"d1:a1:b4:infole4:infode1:zlee", 29, "de"},
-      {"d1:ad4:infodeee", 15},
-      {"ld4:infodeee", 12},
-      {"d4:Infodee", 10},
-      {"d7:\xEF\xBB\xBFinfodee", 13}, // a byte order mark makes it another key
-  };
-  for (const auto& [text, end, info] : cases) {
+  for (const auto& [text, end, info] :
+       {std::tuple<std::string, std::size_t, std::string>{"4:spamrest", 6, ""},
+        {"i1exx", 3, ""},
+        {"d8:msg_typei1ee\x01raw", 15, ""},
+        {"d4:infod1:ai1eee", 16, "d1:ai1ee"},
+        {"d1:a1:b4:infole4:infode1:zlee", 29, "de"},
+        {"d1:ad4:infodeee", 15, ""},
+        {"ld4:infodeee", 12, ""},
+        {"d4:Infodee", 10, ""},
+        {"d7:\xEF\xBB\xBFinfodee", 13, ""}}) { // a byte order mark makes it another key
     BencodeParser parser{asBytes(text)};
     ASSERT_TRUE(parser.parse()) << text;
     EXPECT_EQ(parser.pos(), end) << text;
     const auto range = parser.infoRange();
-    ASSERT_EQ(range.has_value(), info.has_value()) << text;
-    if (!range) continue;
-    EXPECT_EQ(text.substr(range->first, range->second - range->first), *info) << text;
+    EXPECT_EQ(range ? text.substr(range->first, range->second - range->first) : "", info) << text;
   }
 }
 
