@@ -1,10 +1,8 @@
 // What the controls do that no test of the window walks through, driven by keyboard and mouse.
 #include "tools/Driver.h"
 #include "ui/controls/Look.h"
-#include "ui/icons/IconShape.h"
 #include <QAccessible>
 #include <QGuiApplication>
-#include <QPainter>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <gtest/gtest.h>
@@ -149,24 +147,6 @@ TEST_F(ControlsTest, ValuesAreTypedClearedSteppedAndStayInRange) {
   click("field", 0.9);
   see->type("d");
   EXPECT_EQ(property("field", "text"), text("d")) << "cleared, and ready for the next word";
-}
-
-TEST(IconShapeTest, EveryDrawingHasInkInItsColour) {
-  const QStringList names = IconShape::names();
-  ASSERT_GT(names.size(), 50);
-  for (const QString& name : names) {
-    IconShape icon;
-    icon.setSize({24, 24});
-    icon.setColor(QColor(0, 255, 0));
-    icon.setName(name);
-    QImage image(24, 24, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::black);
-    QPainter painter(&image);
-    icon.paint(&painter);
-    int ink = 0;
-    for (int at = 0; at < 24 * 24; ++at) ink += image.pixelColor(at % 24, at / 24).green() > 128;
-    EXPECT_GT(ink, 10) << qPrintable(name);
-  }
 }
 
 } // namespace

@@ -1,9 +1,10 @@
 // What the view models stand on: playback that a test plays, settings in memory, a network in which
-// hosts answer as it says, transfers that end when it says so.
+// hosts answer as it says.
 #pragma once
 #include "app/LinkOpener.h"
 #include "app/PlayEntryPoints.h"
 #include "net/HttpClient.h"
+#include "net/HttpFileTransfers.h"
 #include "providers/ProviderRegistry.h"
 #include "storage/CacheManager.h"
 #include "storage/DownloadManager.h"
@@ -28,22 +29,6 @@ inline std::string column(const QVariantList& maps, const char* field) {
   for (const QVariant& one : maps) list += one.toMap().value(text(field)).toString();
   return said(list.join(u'|'));
 }
-
-struct MadeTransfers final : FileTransfers {
-  struct Transfer final : FileTransfer {
-    explicit Transfer(Ended then) : ended(std::move(then)) {}
-    void pause() override {}
-    void cancel() override {}
-    std::optional<TransferProgress> progress() const override { return now; }
-
-    Ended ended;
-    std::optional<TransferProgress> now;
-  };
-  std::shared_ptr<FileTransfer> start(TransferSource, Ended ended) override {
-    return all.emplace_back(std::make_shared<Transfer>(std::move(ended)));
-  }
-  std::vector<std::shared_ptr<Transfer>> all;
-};
 
 struct ModelTest : PlaybackWorld, LinkOpener::Surroundings {
   ModelTest() {
@@ -72,7 +57,7 @@ struct ModelTest : PlaybackWorld, LinkOpener::Surroundings {
   PreferenceStore memory;
   SettingsStore settings{memory};
   ScriptedTransport net;
-  MadeTransfers transfers;
+  HttpFileTransfers transfers;
   Navigation navigation;
   LinkOpener links{main, pool, catalogAnswer, navigation, *this};
   PlayEntryPoints entries{*coordinator, navigation};

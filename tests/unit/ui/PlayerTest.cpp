@@ -5,6 +5,7 @@
 #include "ui/player/StreamTexts.h"
 #include "unit/ui/ModelTest.h"
 #include <cmath>
+#include <functional>
 
 namespace vellum::ui {
 namespace {
@@ -35,32 +36,23 @@ TEST_F(PlayerModelTest, MarksWhatIsInUse) {
     EXPECT_EQ(said(model.subtitles().join(u'|')), marked) << index;
     EXPECT_EQ(model.subtitleIndex(), std::min(index, 2)); // there is no third
   }
-  model.toggleMuted();
-  for (const auto& [volume, isMuted] : {std::pair{0.0, true}, {0.5, false}, {0.0, false}}) {
-    model.setVolume(volume); // what is raised is heard
-    EXPECT_EQ(playback.player.isMuted(), isMuted) << volume;
-    EXPECT_EQ(model.isSilent(), volume == 0) << volume;
-  }
 }
 
 TEST_F(PlayerModelTest, EndsInTheWayThatItsPlaceAsksFor) {
-  enum Way { Back, Cancel, Close, CloseMini };
   // What is saved is too near to the last position to be saved by itself.
-  for (const auto& [way, saved, playsOn, isShown] : {std::tuple{Back, 0, true, false},
-                                                     {Cancel, 0, false, false},
-                                                     {Close, 3, false, false},
-                                                     {CloseMini, 3, false, true}}) {
-    SCOPED_TRACE(way);
+  using Way = std::function<void()>;
+  for (const auto& [leave, saved, playsOn, isShown] :
+       {std::tuple{Way([&] { model.goBack(); }), 0, true, false},
+        {[&] { model.stream()->cancel(); }, 0, false, false},
+        {[&] { model.stream()->close(); }, 3, false, false},
+        {[&] { model.closeMini(); }, 3, false, true}}) {
     library.clear();
     play("http://127.0.0.1:1/film.mkv");
     playback.subtitles.add({text("A"), QUrl()});
     model.skip(13);
     model.skip(-10);
     library.updateProgress(text("id|name"), 0, 0);
-    if (way == Back) model.goBack();
-    if (way == Cancel) model.stream()->cancel();
-    if (way == Close) model.stream()->close();
-    if (way == CloseMini) model.closeMini();
+    leave();
     EXPECT_EQ(library.entry(text("id|name"))->position, saved);
     EXPECT_EQ(playback.coordinator.nowPlaying().has_value(), playsOn);
     EXPECT_EQ(playback.subtitles.tracks().empty(), !playsOn);

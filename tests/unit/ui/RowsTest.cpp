@@ -8,7 +8,6 @@ namespace {
 
 using namespace test;
 
-// A view that follows the model's signals shows its rows.
 template <class Row, class Model>
 void followsAnything(Model& model, QString Row::*key) {
   QStringList seen;

@@ -1,5 +1,4 @@
-// The torrent search: its table, what a row offers, and the inspector.
-#include "ui/torrents/InspectorModel.h"
+// The torrent search: its table, and what a row offers.
 #include "ui/torrents/TorrentSearchModel.h"
 #include "unit/ui/ModelTest.h"
 
@@ -158,19 +157,6 @@ TEST_F(TorrentSearchTest, PlaysAndOffersWhatARowHas) {
   const QString magnet = *model.table()->result(a)->magnet;
   EXPECT_EQ(told(), said(text("open %1|copy %1|copy %2|page https://page/").arg(magnet, a)));
   EXPECT_EQ(said(navigation.inspector()->infoHash), said(a));
-}
-
-TEST_F(TorrentSearchTest, TheInspectorTellsWhatFilesAreAndKeepsThemForItsWayOut) {
-  InspectorModel inspector({navigation, links, note("copy"), note("reveal")});
-  TorrentInfo info;
-  info.fileUrl = QUrl::fromLocalFile(text("/x y.torrent"));
-  info.files = {{text("Film.MKV"), 2000}, {text("s.mp4"), 1}, {text("f.srt"), 1}, {text("mkv"), 1}};
-  navigation.setInspector(info);
-  inspector.revealFile();
-  EXPECT_EQ(told(), "reveal /x y.torrent");
-  inspector.close();
-  EXPECT_FALSE(inspector.isShown() || navigation.inspector());
-  EXPECT_EQ(column(inspector, "kind"), "video|video|subtitles|other");
 }
 
 } // namespace
