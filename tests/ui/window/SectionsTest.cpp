@@ -82,6 +82,19 @@ TEST_F(SectionsTest, AFilmOfTheCatalogIsPlayedSavedAndPlayedAgain) {
   world.state().stop();
 }
 
+TEST_F(SectionsTest, ARefusedDownloadIsSaidAndLeavesSectionAndPageAsTheyWere) {
+  app.settings.setDownloadsPath(world.torrentFile() + text("/below a file"));
+  openDemoFilm();
+  see.click(text("saveButton0"));
+  ASSERT_TRUE(until([&] { return see.property(text("noticeAlert"), "opened").toBool(); }));
+  EXPECT_TRUE(see.text(text("noticeAlert"), "message").starts_with("Cannot create downloads"));
+  see.press(Qt::Key_Return);
+  ASSERT_TRUE(until([&] { return !see.property(text("noticeAlert"), "visible").toBool(); }));
+  EXPECT_TRUE(see.shows(text("searchPage")));
+  EXPECT_TRUE(see.property(text("itemSheet"), "opened").toBool());
+  EXPECT_TRUE(app.downloads.tasks().empty());
+}
+
 TEST_F(SectionsTest, AProviderIsAddedTestedSearchedAndRemoved) {
   open("settings", "settingsPage");
   const auto before = app.settings.providers().size();
