@@ -72,6 +72,7 @@ TEST_F(FileTransferTest, OnlyAWholeAndPlainFileIsHandedOut) {
   const QByteArray chunked = ok + "Transfer-Encoding: chunked\r\n\r\n";
   const QByteArray part = "HTTP/1.1 206 Part\r\nContent-Range: bytes ";
   const char* early = "The server ended the transfer early";
+  const Answer moved = ScriptedServer::reply(302, "moved", "Location: /new/place.bin\r\n");
   struct Case {
     QByteArray head, body;
     const char* ending; // or how it begins
@@ -95,30 +96,16 @@ TEST_F(FileTransferTest, OnlyAWholeAndPlainFileIsHandedOut) {
            Case{"", "", "Connection closed"},
            Case{"HTTP/1.1 302 Go\r\nContent-Length: 4\r\n\r\n", "lost", "HTTP 302"},
        }) {
-    ScriptedServer server([&](const QByteArray&) { return Answer{head, body}; });
-    const std::string how = ending(start(server.url(), {}, promised));
+    ScriptedServer server([&](const QByteArray& request) {
+      return request.startsWith("GET /film ") ? moved : Answer{head, body};
+    });
+    const std::string how = ending(start(server.url(QStringLiteral("/film")), {}, promised));
     const bool isWhole = wanted[0] == '=';
     EXPECT_EQ(isWhole ? how : how.substr(0, std::strlen(wanted)), wanted) << head.toStdString();
     EXPECT_TRUE(partsGo());
   }
-}
-
-TEST_F(FileTransferTest, AsksForThePlainFileOfTheWebAndFollowsRedirects) {
-  QByteArray asked;
-  ScriptedServer server([&](const QByteArray& request) {
-    if (request.startsWith("GET /film.mp4 "))
-      return ScriptedServer::reply(302, "moved", "Location: /new/place.bin\r\n");
-    asked = request;
-    return ScriptedServer::reply(200, "whole");
-  });
-  EXPECT_EQ(ending(start(server.url(QStringLiteral("/film.mp4")))), "=whole");
-  const RequestHead head = RequestHead::parse(asked);
-  EXPECT_EQ(head.path.toStdString(), "/new/place.bin");
-  EXPECT_EQ(head.header("Accept-Encoding"), "identity");
-  EXPECT_EQ(head.header("User-Agent"), "VellumApp/1.0 (macOS)");
   for (const char* address : {"", "file:///etc/hostname", "ftp://127.0.0.1/x", "http:///path"})
     EXPECT_EQ(ending(start(QUrl(QLatin1String(address)))), "Invalid URL") << address;
-  EXPECT_TRUE(partsGo());
 }
 
 TEST_F(FileTransferTest, GoesOnOnlyWhereTheServerStillHasTheSameFile) {
@@ -166,6 +153,8 @@ TEST_F(FileTransferTest, GoesOnOnlyWhereTheServerStillHasTheSameFile) {
     EXPECT_EQ(ending(start(server.url(), std::exchange(kept, {}))), wanted);
     EXPECT_EQ(heard.at(1).header("Range"), ifRange.isEmpty() ? "" : "bytes=1-");
     EXPECT_EQ(heard.at(1).header("If-Range"), ifRange);
+    EXPECT_EQ(heard.at(1).header("Accept-Encoding"), "identity");
+    EXPECT_EQ(heard.at(1).header("User-Agent"), "VellumApp/1.0 (macOS)");
     EXPECT_EQ(heard.size(), third.head.isEmpty() ? 2 : 3);
     if (heard.size() == 3) EXPECT_EQ(heard[2].header("Range"), "");
     EXPECT_TRUE(partsGo());
@@ -212,8 +201,7 @@ TEST_F(FileTransferTest, ADiskThatFillsEndsTheTransferBeforeItIsFull) {
     int looked = 0;
     const auto look = [&, answer = hasRoom] { return ++looked > 0 && answer; };
     const std::string how = ending(start(server.url(), {}, 0, look));
-    EXPECT_EQ(looks == 1 ? how : how.substr(0, 1),
-              looks == 1 ? "Not enough free disk space." : "=");
+    EXPECT_EQ(how.substr(0, 5), looks == 1 ? "Not e" : "=xxxx");
     EXPECT_EQ(looked, looks) << size;
   }
   std::signal(SIGXFSZ, SIG_IGN);

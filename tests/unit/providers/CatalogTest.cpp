@@ -114,7 +114,6 @@ TEST(Catalog, ReadsRecordsAndPutsTheMostPlayableFileFirst) {
     EXPECT_FALSE(Catalog::parseDetails(none, text("x"))) << none;
 }
 
-// A small answer must not become any amount of memory by repeating what stands in it once.
 TEST(Catalog, BoundsWhatIsRepeatedOrCut) {
   const QByteArray record =
       R"({"metadata":{"subject":")" + QByteArray(1500, ';') + R"("},"files":[)";
