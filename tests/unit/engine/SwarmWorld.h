@@ -8,6 +8,7 @@
 namespace vellum::test {
 
 // The peer protocol from the other side: frames to feed in, and what was sent as text.
+
 inline ByteVector bytesOf(std::string_view text) { return toVector(asBytes(text)); }
 
 inline void append(ByteVector& to, ByteSpan bytes) {
