@@ -31,20 +31,14 @@ struct Desktop final : MediaControls {
   bool isAwake = false;
 };
 
-struct NoPrograms final : ExternalPlayers::Desktop {
-  bool isExecutable(const QString&) const override { return false; }
-  bool launch(const QString&, const QStringList&) override { return false; }
-  void terminate() override {}
-  QString findProgram(const QString&) const override { return {}; }
-  bool openInVlc(const QUrl&) override { return false; }
-};
-
 // The road with nothing left out but the window: swarm, engine, stream server, libmpv.
 struct PressedPlayTest : testing::Test, MainThread {
   PressedPlayTest() {
     QDir().mkpath(content);
     QFile::copy(QStringLiteral(TEST_FILM), content + u"/film.mkv"_s);
     write("film.srt", "1\n00:00:00,000 --> 00:00:09,000\nHello\n");
+    qputenv("PATH", "/none"); // no other player takes over
+    player.picture()->viewInSoftware(this, 160, 90);
   }
   void write(const char* name, const QByteArray& bytes) {
     QFile file(content + u'/' + QLatin1String(name));
@@ -66,14 +60,13 @@ struct PressedPlayTest : testing::Test, MainThread {
   const QString content = folder.filePath(u"content"_s);
   Runtime runtime{folder.filePath(u"preferences.json"_s)};
   AppState state{runtime, {}};
+  WindowState window{runtime, state, AudioOutput::Silent};
+  VideoPlayerManager& player = window.playback.player;
+  PlaybackCoordinator& coordinator = window.playback.coordinator;
 };
 
 // A film plays in its own time.
 TEST_F(PressedPlayTest, BecomesAPictureThatTheDesktopSteersAndLeavesNothingBehind) {
-  WindowState window(runtime, state, AudioOutput::Silent);
-  VideoPlayerManager& player = window.playback.player;
-  PlaybackCoordinator& coordinator = window.playback.coordinator;
-  player.picture()->viewInSoftware(this, 160, 90);
   Desktop desktop;
   StayAwake stayAwake(std::make_unique<Desktop::Sleep>(desktop.isAwake));
   MediaSession session(window, desktop, stayAwake);
@@ -146,10 +139,6 @@ TEST_F(PressedPlayTest, BecomesAPictureThatTheDesktopSteersAndLeavesNothingBehin
 
 // By way of a .torrent file of the web and the tracker in it.
 TEST_F(PressedPlayTest, ThatCannotBeDecodedFailsInWords) {
-  NoPrograms programs;
-  Playback playback(runtime, state.settings, state.engine, state.library, programs,
-                    AudioOutput::Silent);
-  playback.player.picture()->viewInSoftware(this, 160, 90);
   QFile::remove(content + u"/film.mkv"_s);
   write("film.mkv", QByteArray(2'000'000, 'x'));
   const SeededTorrent noise = torrent();
@@ -163,14 +152,12 @@ TEST_F(PressedPlayTest, ThatCannotBeDecodedFailsInWords) {
   row.magnet.reset();
   row.infoHash.reset();
   row.torrentURL = web.url();
-  playback.coordinator.playFromSearchResult(row);
-  ASSERT_TRUE(turnUntil([&] {
-    return playback.coordinator.rowStates().value(row.id).kind == RowState::Kind::Failed;
-  }));
-  EXPECT_EQ(playback.coordinator.stream()->failure,
-            (StreamFailure{StreamFailure::Kind::Unsupported, {}}));
+  coordinator.playFromSearchResult(row);
+  const auto kind = [&] { return coordinator.rowStates().value(row.id).kind; };
+  ASSERT_TRUE(turnUntil([&] { return kind() == RowState::Kind::Failed; }));
+  EXPECT_EQ(coordinator.stream()->failure, (StreamFailure{StreamFailure::Kind::Unsupported, {}}));
   const TimePoint before = runtime.clock.now();
-  runFlow(playback.services.sleep(std::chrono::milliseconds(20)));
+  runFlow(window.playback.services.sleep(std::chrono::milliseconds(20)));
   EXPECT_GE(secondsBetween(before, runtime.clock.now()), 0.02);
   // And the program may end in the midst of it.
 }
