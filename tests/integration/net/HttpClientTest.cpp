@@ -1,10 +1,11 @@
 #include "net/HttpClient.h"
 #include "base/IoPool.h"
+#include "integration/net/OwnCertificate.h"
 #include "support/Gzip.h"
 #include "world/MainThread.h"
 #include "world/ScriptedServer.h"
 #include <QDir>
-#include <QTcpServer>
+#include <QSslServer>
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -169,17 +170,17 @@ TEST_F(HttpClientTest, AFailureSaysWhatTheNetworkDid) {
     EXPECT_EQ(broken.reason, Reason::Other) << head.toStdString() << broken.how;
   }
   const QUrl refused = ScriptedServer([](auto) { return Answer(); }).url();
-  QTcpServer plain;
-  QObject::connect(&plain, &QTcpServer::newConnection,
-                   [&] { plain.nextPendingConnection()->write("no TLS"); });
-  ASSERT_TRUE(plain.listen(QHostAddress::LocalHost));
-  const QUrl withoutTls(QStringLiteral("https://127.0.0.1:%1").arg(plain.serverPort()));
-  for (const auto& [url, reason] :
-       {std::pair(refused, Reason::CannotConnect),
-        {QUrl(QStringLiteral("http://vellum.invalid")), Reason::HostNotFound},
-        {withoutTls, Reason::Tls}}) {
+  QSslServer stranger;
+  stranger.setSslConfiguration(ownCertificate());
+  ASSERT_TRUE(stranger.listen(QHostAddress::LocalHost));
+  const QUrl untrusted(QStringLiteral("https://127.0.0.1:%1").arg(stranger.serverPort()));
+  for (const auto& [url, reason, words] :
+       {std::tuple(refused, Reason::CannotConnect, "Connection refused"),
+        {QUrl(QStringLiteral("http://vellum.invalid")), Reason::HostNotFound, "not found"},
+        {untrusted, Reason::Tls, "self-signed"}}) {
     const Ending ending = get(url);
     EXPECT_EQ(ending.reason, reason) << ending.how;
+    EXPECT_NE(ending.how.find(words), std::string::npos) << ending.how;
     EXPECT_EQ(ending.response.status, 0);
   }
   ScriptedServer slow([&](const QByteArray&) { return Answer{ok + "\r\n", "x", 1000, 20ms}; });
