@@ -50,7 +50,7 @@ struct CacheManagerTest : testing::Test, world::MainThread {
   }
   // It measures at once, and again after its enforcement.
   void startManager(int measurements = 2) {
-    manager.emplace(settings, main, *pool, http, [] { return kNow; });
+    manager.emplace(settings, main, pool, http, [] { return kNow; });
     waitForMeasurements(measurements);
   }
   void enforce(qint64 limitMB) {
@@ -79,7 +79,7 @@ struct CacheManagerTest : testing::Test, world::MainThread {
 
   QTemporaryDir home;
   const QString cache = home.path() + text("/Cache");
-  std::optional<IoPool> pool{std::in_place};
+  IoPool pool{1, 1};
   HttpClient http{main};
   PreferenceStore preferences;
   SettingsStore settings{preferences};
@@ -128,9 +128,8 @@ TEST_F(CacheManagerTest, EnforcesAgeThenSizeAndClearsButTouchesNothingOutside) {
   file(cache, "Torrents/streams/a/payload.dat");
   clear();
   EXPECT_TRUE(left(cache).isEmpty());
-  EXPECT_EQ(
-      QDir(cache).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot),
-      QStringList{text("URLCache")});
+  EXPECT_EQ(QDir(cache).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+            QStringList{text("URLCache")});
   EXPECT_TRUE(QFile::exists(outside));
   EXPECT_EQ(manager->usedBytes(), 0);
 }
@@ -178,16 +177,13 @@ TEST_F(CacheManagerTest, TheLimitsLeaveAPayloadInUseAndClearDoesNot) {
   const QString link = cache + text("/link"); // which is never opened
   ASSERT_TRUE(QFile::link(free, link));
   EXPECT_EQ(openForUse(link), -1);
-  const int another = openForUse(used);
-  const int user = openForUse(used); // as many as like
-  ASSERT_TRUE(user >= 0 && another >= 0);
+  const int another = openForUse(used), user = openForUse(used); // as many as like
   using Case = std::tuple<QString, bool, bool>;
   for (const auto& [path, isThere, isInUse] :
        {Case{free, true, false}, Case{link, true, false}, Case{used, true, true},
         Case{cache + text("/missing"), false, false}}) {
     const RemovalRight right(path);
-    EXPECT_EQ(right.isThere(), isThere) << path.toStdString();
-    EXPECT_EQ(right.isInUse(), isInUse) << path.toStdString();
+    EXPECT_EQ(Case(path, right.isThere(), right.isInUse()), Case(path, isThere, isInUse));
   }
   startManager();
   ::close(another);
@@ -205,16 +201,14 @@ TEST_F(CacheManagerTest, AnOpenedPayloadIsNeverOneThatIsGone) {
   constexpr int kRounds = 20'000;
   std::atomic<int> round = 0;
   std::thread remover([&] {
-    for (int met = 0; round < kRounds;) {
+    for (int met = 0; round < kRounds; met = round) {
       removeUnlessInUse(path);
-      // Its folder once a round: again and again would let nobody in.
-      if (const int now = round; std::exchange(met, now) != now) QDir().rmdir(cache + text("/key"));
+      if (met != round) QDir().rmdir(cache + text("/key")); // not so often that nobody gets in
     }
   });
   for (; round < kRounds; ++round) {
     const int opened = openForUse(path);
-    EXPECT_GE(opened, 0) << round;
-    EXPECT_TRUE(QFile::permissions(path) & QFile::ReadOwner) << round;
+    EXPECT_TRUE(opened >= 0 && QFile::exists(path)) << round;
     ::close(opened);
   }
   remover.join();
@@ -240,20 +234,16 @@ TEST_F(CacheManagerTest, ARelativeCacheFolderIsNoLicenceToTouchAnything) {
     startManager();
     enforce(0);
     clear();
-    EXPECT_EQ(work.entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
-              QStringList{text("mine.txt")})
-        << path;
+    EXPECT_EQ(work.entryList(QDir::AllEntries | QDir::NoDotAndDotDot).join(u'|'), text("mine.txt"));
     manager.reset();
   }
   QDir::setCurrent(before);
 }
 
-TEST_F(CacheManagerTest, GoesInTheMiddleOfAWalkWithoutATrace) {
-  for (int i = 0; i < 500; ++i)
-    file(cache, qPrintable(text("many/%1/%2").arg(i % 50).arg(i)), 1, kLongAgo);
-  pool.emplace(1, 1);
+TEST_F(CacheManagerTest, OneThatIsGoneNeitherRemovesNorMeasures) {
+  file(cache, "old", 1, kLongAgo);
   std::promise<void> goesOn; // until then the only worker does nothing
-  asio::post(pool->workers(), [wait = goesOn.get_future().share()] { wait.wait(); });
+  asio::post(pool.workers(), [wait = goesOn.get_future().share()] { wait.wait(); });
   startManager(0);
   settings.setCachePath(home.path() + text("/Empty"));
   startManager(0);
@@ -262,22 +252,8 @@ TEST_F(CacheManagerTest, GoesInTheMiddleOfAWalkWithoutATrace) {
                    [&] { most = std::max(most, manager->usedBytes()); });
   goesOn.set_value();
   waitForMeasurements(2);
-  EXPECT_EQ(left(cache).size(), 500) << "nothing is removed for the one that is gone";
-  EXPECT_EQ(most, 0) << "nor measured";
-
-  manager.reset();
-  settings.setCachePath(cache);
-  settings.setAutoCleanDays(0);
-  pool.emplace();
-  for (int round = 0; round < 20; ++round) {
-    startManager(0);
-    manager->refresh();
-    if (round % 2 == 0) QCoreApplication::processEvents();
-    manager.reset();
-  }
-  pool.reset();
-  QCoreApplication::processEvents();
-  EXPECT_EQ(left(cache).size(), 500);
+  EXPECT_EQ(left(cache), QStringList{text("old")});
+  EXPECT_EQ(most, 0);
 }
 
 } // namespace
