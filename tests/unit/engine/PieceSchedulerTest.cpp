@@ -156,20 +156,22 @@ TEST_F(SchedulerTest, ChoosingAnotherFileAndTheFirstOneAgainAsksForWhatIsMissing
   EXPECT_EQ(end.asked(), "");
 }
 
-// Pieces of a block and a half, 1024 of which fill the 24 MiB.
+// Pieces of two blocks and a half, 614 of which fit into the 24 MiB; the last block comes before
+// the one in the middle.
 TEST_F(SchedulerTest, WhatDoesNotFitIntoMemoryWaitsInThePayloadFile) {
-  constexpr std::int64_t kPiece = kBlock * 3 / 2;
+  constexpr std::int64_t kPiece = kBlock * 5 / 2;
   begin(makeTorrent({1101 * kPiece}, kPiece));
   auto& end = join(false);
   know();
   const auto half = [&](std::int64_t piece, bool second) {
-    deliver(end, piece, second ? kBlock : 0, second ? kBlock / 2 : kBlock);
+    if (second) deliver(end, piece, 2 * kBlock, kBlock / 2);
+    deliver(end, piece, second ? kBlock : 0);
   };
   for (const bool second : {false, true}) half(0, second);
   EXPECT_EQ(scheduler().assemblyBytes(), 0);
   for (std::int64_t piece = 1100; piece > 0; --piece) {
     half(piece, piece % 2 == 0);
-    ASSERT_EQ(scheduler().assemblyBytes(), std::min<std::int64_t>(1101 - piece, 1024) * kPiece);
+    ASSERT_EQ(scheduler().assemblyBytes(), std::min<std::int64_t>(1101 - piece, 614) * kPiece);
   }
   EXPECT_EQ(scheduler().piecesInAssembly(), 1100U);
   for (std::int64_t piece = 1; piece <= 1100; ++piece) half(piece, piece % 2 == 1);
