@@ -1,5 +1,6 @@
 #include "app/MediaSession.h"
 #include "app/StopSignals.h"
+#include "base/ReplaceFile.h"
 #include "playback/MpvPicture.h"
 #include "support/RunFlow.h"
 #include "world/LoopbackSeeder.h"
@@ -34,15 +35,13 @@ struct Desktop final : MediaControls {
 // The road with nothing left out but the window: swarm, engine, stream server, libmpv.
 struct PressedPlayTest : testing::Test, MainThread {
   PressedPlayTest() {
-    QDir().mkpath(content);
-    QFile::copy(QStringLiteral(TEST_FILM), content + u"/film.mkv"_s);
     write("film.srt", "1\n00:00:00,000 --> 00:00:09,000\nHello\n");
+    QFile::copy(QStringLiteral(TEST_FILM), content + u"/film.mkv"_s);
     qputenv("PATH", "/none"); // no other player takes over
     player.picture()->viewInSoftware(this, 160, 90);
   }
   void write(const char* name, const QByteArray& bytes) {
-    QFile file(content + u'/' + QLatin1String(name));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    EXPECT_TRUE(replaceFile(content + u'/' + QLatin1String(name), bytes, Privacy::Everybody));
   }
   SeededTorrent torrent() const { return SeededTorrent::fromDisk(content.toStdString(), 65536); }
 
@@ -54,7 +53,6 @@ struct PressedPlayTest : testing::Test, MainThread {
     made.magnet = torrent.magnet({}, {u"127.0.0.1:%1"_s.arg(seeder)});
     return made;
   }
-  QString streams() const { return state.cache.torrentDir() + u"/streams"_s; }
 
   QTemporaryDir folder;
   const QString content = folder.filePath(u"content"_s);
@@ -99,7 +97,8 @@ TEST_F(PressedPlayTest, BecomesAPictureThatTheDesktopSteersAndLeavesNothingBehin
   const auto line = [&] { return window.playback.subtitles.currentText(); };
   EXPECT_TRUE(turnUntil([&] { return line() == u"Hello"_s; }));
   EXPECT_EQ(state.library.history().front().key, row.id + u"|content/film.mkv"_s);
-  EXPECT_TRUE(QDir(streams()).exists(row.id));
+  const QDir streams(state.cache.torrentDir() + u"/streams"_s);
+  EXPECT_TRUE(streams.exists(row.id));
   EXPECT_TRUE(window.navigation.showPlayer());
   EXPECT_TRUE(turnUntil([&] { return desktop.shown.duration > 2; }));
   EXPECT_TRUE(desktop.shown.isLoaded && desktop.shown.isPlaying && desktop.isAwake);
@@ -133,13 +132,12 @@ TEST_F(PressedPlayTest, BecomesAPictureThatTheDesktopSteersAndLeavesNothingBehin
   EXPECT_FALSE(desktop.shown.isLoaded || desktop.isAwake);
   Q_EMIT desktop.stop();
   EXPECT_FALSE(coordinator.stream() || coordinator.nowPlaying() || window.navigation.showPlayer());
-  EXPECT_TRUE(turnUntil([&] { return !QDir(streams()).exists(row.id); }));
+  EXPECT_TRUE(turnUntil([&] { return !streams.exists(row.id); }));
   EXPECT_TRUE(state.engine.entries().empty());
 }
 
 // By way of a .torrent file of the web and the tracker in it.
 TEST_F(PressedPlayTest, ThatCannotBeDecodedFailsInWords) {
-  QFile::remove(content + u"/film.mkv"_s);
   write("film.mkv", QByteArray(2'000'000, 'x'));
   const SeededTorrent noise = torrent();
   const LoopbackSeeder seeder(noise);

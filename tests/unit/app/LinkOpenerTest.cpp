@@ -1,4 +1,5 @@
 #include "app/LinkOpener.h"
+#include "base/ReplaceFile.h"
 #include "net/NetError.h"
 #include "world/MainThread.h"
 #include "world/SeededTorrent.h"
@@ -25,9 +26,9 @@ struct LinkOpenerTest : testing::Test, MainThread, LinkOpener::Surroundings {
     co_return bytes;
   }
   QString write(const char* name, const QByteArray& bytes) {
-    QFile file(folder.filePath(QLatin1String(name)));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-    return file.fileName();
+    const QString path = folder.filePath(QLatin1String(name));
+    EXPECT_TRUE(replaceFile(path, bytes, Privacy::Everybody));
+    return path;
   }
   // What came of it: a name, or a notice.
   std::string outcome() {
