@@ -243,16 +243,9 @@ TEST_F(BusTest, TheScreenIsHeldByTheScreenSaverOrElseTheLoginManagerAndLetGo) {
     EXPECT_TRUE(desktop.registerService(QLatin1String(service)));
   };
   serve("org.freedesktop.ScreenSaver", "/org/freedesktop/ScreenSaver");
-  for (int i = 0; i < 2; ++i) sleep.hold(why);
-  for (int i = 0; i < 2; ++i) sleep.release(); // before the answer has come
-  EXPECT_TRUE(logs("Inhibit Vellum filmUnInhibit 7")) << desk.log.toStdString();
   sleep.hold(why);
-  EXPECT_TRUE(logs("Inhibit Vellum filmUnInhibit 7Inhibit Vellum film"));
-  settle({desktop, ours});
-  desk.log.clear();
-  sleep.release();
-  EXPECT_TRUE(logs("UnInhibit 7")) << desk.log.toStdString();
-
+  sleep.release(); // before the answer has come
+  EXPECT_TRUE(logs("Inhibit Vellum filmUnInhibit 7")) << desk.log.toStdString();
   desktop.unregisterService(u"org.freedesktop.ScreenSaver"_s);
   serve("org.freedesktop.login1", "/org/freedesktop/login1");
   int ends[2];
@@ -269,11 +262,6 @@ TEST_F(BusTest, TheScreenIsHeldByTheScreenSaverOrElseTheLoginManagerAndLetGo) {
   sleep.release();
   EXPECT_TRUE(turnUntil([&] { return poll(&reader, 1, 0) != 0; }));
   close(ends[0]);
-
-  int asked = 0; // where there is no bus
-  const auto nowhere = [&] { return ++asked, QDBusConnection(u"nowhere"_s); };
-  platform::SleepInhibitor(nowhere, nowhere).hold(why);
-  EXPECT_EQ(asked, 2);
 }
 
 } // namespace
