@@ -133,6 +133,7 @@ TEST_F(FileTransferTest, GoesOnOnlyWhereTheServerStillHasTheSameFile) {
            Case{strong, "\"a\"", refusal, "=other", other},
            Case{strong, "\"a\"", refusal, "HTTP 416", refusal},
            Case{strong, "\"a\"", part("ole", "2-4/5"), "=other", other},
+           Case{strong, "\"a\"", part("holes", "1-5/6"), "=other", other},
            Case{strong, "\"a\"", part("hol", "1-3/5"), "The server ended the transfer early"},
            Case{strong, "\"a\"", ScriptedServer::reply(404, "gone"), "HTTP 404"},
        }) {
