@@ -21,11 +21,7 @@ TEST(LaunchArguments, KeepsWhatCanBeOpenedAndMakesPathsAbsolute) {
 
 TEST(MediaControls, TellsAJumpFromPlaying) {
   const auto at = [](double position, const char* title = "Film", bool isLoaded = true) {
-    MediaStatus status;
-    status.isLoaded = isLoaded;
-    status.title = QLatin1String(title);
-    status.position = position;
-    return status;
+    return MediaStatus{isLoaded, true, QLatin1String(title), {}, position};
   };
   EXPECT_FALSE(isJump(at(10), at(10)));
   EXPECT_FALSE(isJump(at(10), at(12))); // half a second at four times the speed

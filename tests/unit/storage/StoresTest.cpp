@@ -219,18 +219,5 @@ TEST_F(StoresTest, BrokenPreferencesArePutAsideBeforeTheyAreWrittenOver) {
   EXPECT_EQ(bytes(), "precious");
 }
 
-// The engine reads its limit while the window writes.
-TEST_F(StoresTest, PreferencesOfManyThreadsLoseNothing) {
-  PreferenceStore store(path);
-  std::vector<std::thread> threads;
-  for (const char* own : {"a", "b", "c"})
-    threads.emplace_back([&store, key = text(own)] {
-      for (std::int64_t i = 1; i <= 10; ++i) store.set(key, i);
-      EXPECT_EQ(store.integer(key), 10);
-    });
-  for (std::thread& each : threads) each.join();
-  for (const char* own : {"a", "b", "c"}) EXPECT_EQ(PreferenceStore(path).integer(text(own)), 10);
-}
-
 } // namespace
 } // namespace vellum
