@@ -154,15 +154,6 @@ TEST_F(MprisTest, ShowsWhatPlaysAndAnnouncesWhatHasChanged) {
     EXPECT_EQ(announced(paused)[QLatin1String(bound)], rate);
     EXPECT_EQ(properties[QLatin1String(bound)], rate);
   }
-  std::string tracks;
-  const QString another = u"Another"_s;
-  for (const QString& title : {paused.title, another, QString(), another}) {
-    paused.title = title;
-    paused.isLoaded = !title.isEmpty();
-    player.show(paused);
-    tracks += player.track().path().section(u'/', -1).toStdString() + ' ';
-  }
-  EXPECT_EQ(tracks, "1 2 NoTrack 3 ");
   EXPECT_EQ(announced({})[state], u"Stopped"_s);
 }
 

@@ -184,25 +184,6 @@ TEST_F(CacheManagerTest, TheLimitsLeaveAPayloadInUseAndClearDoesNot) {
   ::close(user);
 }
 
-// Whoever opens a payload at the moment of its removal gets a file that has its name.
-TEST_F(CacheManagerTest, AnOpenedPayloadIsNeverOneThatIsGone) {
-  const QString path = cache + text("/key/payload.dat");
-  constexpr int kRounds = 20'000;
-  std::atomic<int> round = 0;
-  std::thread remover([&] {
-    for (int met = 0; round < kRounds; met = round) {
-      removeUnlessInUse(path);
-      if (met != round) QDir().rmdir(cache + text("/key")); // not so often that nobody gets in
-    }
-  });
-  for (; round < kRounds; ++round) {
-    const int opened = openForUse(path);
-    EXPECT_TRUE(opened >= 0 && QFile::exists(path)) << round;
-    ::close(opened);
-  }
-  remover.join();
-}
-
 TEST_F(CacheManagerTest, TheUsersOwnFolderIsNotMadeTheCache) {
   const QString folder = home.path() + text("/Documents");
   EXPECT_EQ(CacheFolder::placeIn(folder), folder); // not there yet

@@ -129,11 +129,8 @@ TEST(Navigation, SectionsHaveNamesAndOnlyChangesAreTold) {
   int told = 0;
   QObject::connect(&navigation, &Navigation::sectionChanged, [&] { ++told; });
   QObject::connect(&navigation, &Navigation::showPlayerChanged, [&] { ++told; });
-  for (int i = 0; i < 2; ++i) {
-    navigation.setSection(SidebarSection::Library);
-    navigation.setShowPlayer(true);
-  }
-  EXPECT_TRUE(navigation.section() == SidebarSection::Library && navigation.showPlayer());
+  for (int i = 0; i < 2; ++i) navigation.setSection(SidebarSection::Library);
+  for (int i = 0; i < 2; ++i) navigation.setShowPlayer(true);
   EXPECT_EQ(told, 2);
 }
 

@@ -30,15 +30,8 @@ TEST_F(FlowTest, APoolEndsWhenAllOnItHasEndedAndTheMainThreadWasThereForIt) {
   }
 }
 
-struct WakeUps final : QObject {
-  bool eventFilter(QObject*, QEvent*) override { return ++count, false; }
-  int count = 0;
-};
-
-TEST_F(FlowTest, ALoopIsWokenOnceForManyAndRunsNothingMoreWhenClosed) {
+TEST_F(FlowTest, ALoopRunsAllInOrderAndNothingMoreWhenClosed) {
   std::optional<MainLoop> loop(std::in_place);
-  WakeUps wakeUps;
-  loop->installEventFilter(&wakeUps);
   std::string ran;
   loop->post([&] {
     ran += "a";
@@ -46,7 +39,6 @@ TEST_F(FlowTest, ALoopIsWokenOnceForManyAndRunsNothingMoreWhenClosed) {
   });
   loop->post([&] { ran += "b"; });
   turnUntil([&] { return ran.size() == 3; });
-  EXPECT_EQ(wakeUps.count, 2);
   loop->post([&] { ran += "queued"; });
   loop->close();
   loop->post([&] { ran += "late"; });
