@@ -372,7 +372,8 @@ TEST_F(PlaybackTest, ResumesRowsOfTheHistory) {
 TEST_F(PlaybackTest, CanBeCancelledAtEveryWait) {
   const PlaybackCoordinator::Services services{*this, *this, subtitles, library, players};
   const auto wakeAll = [this] {
-    for (auto& sleeper : std::exchange(sleepers, {})) sleeper.wake({});
+    for (const auto& [due, alarm] : std::exchange(sleepers, {}))
+      alarm->try_send(asio::error_code(), 0);
   };
   for (const bool isDestroyed : {false, true})
     for (int wait = 0; wait < 5; ++wait) {

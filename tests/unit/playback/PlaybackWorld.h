@@ -7,6 +7,7 @@
 #include "world/MainThread.h"
 #include <QCoreApplication>
 #include <QTemporaryDir>
+#include <asio/experimental/channel.hpp>
 #include <gtest/gtest.h>
 
 namespace vellum::test {
@@ -65,31 +66,14 @@ struct PlaybackWorld : testing::Test,
   std::int64_t freeSpace() const override { return freeBytes; }
   using Torrent = std::optional<TorrentMeta::TorrentFile>;
   Flow<Torrent> fetchTorrent(QUrl url, std::chrono::seconds timeout) override {
-    return download(*this, std::move(url), timeout);
-  }
-  static Flow<Torrent> download(PlaybackWorld& self, QUrl url, std::chrono::seconds timeout) {
-    self.events += QStringLiteral("fetch %1 %2").arg(url.host()).arg(timeout.count());
-    if (self.fetchError) throw NetError(*self.fetchError);
-    co_return TorrentMeta::parseTorrentFile(asBytes(self.torrentFile));
+    events += QStringLiteral("fetch %1 %2").arg(url.host()).arg(timeout.count());
+    if (fetchError) throw NetError(*fetchError);
+    co_return TorrentMeta::parseTorrentFile(asBytes(torrentFile));
   }
   Flow<> sleep(std::chrono::milliseconds duration) override {
-    const TimePoint due = clock.now() + duration;
-    co_await asio::async_initiate<const asio::use_awaitable_t<>&, void(asio::error_code)>(
-        [&](auto handler) {
-          auto slot = asio::get_associated_cancellation_slot(handler);
-          const auto held = std::make_shared<std::optional<decltype(handler)>>(std::move(handler));
-          auto wake = [held, loop = main.executor()](asio::error_code error) {
-            if (!*held) return;
-            auto taken = std::move(**held);
-            held->reset();
-            asio::post(loop,
-                       [taken = std::move(taken), error]() mutable { std::move(taken)(error); });
-          };
-          if (slot.is_connected())
-            slot.assign([wake](asio::cancellation_type) { wake(asio::error::operation_aborted); });
-          sleepers.push_back({due, wake});
-        },
-        asio::use_awaitable);
+    const auto alarm = std::make_shared<Alarm>(main.executor(), 1);
+    sleepers.emplace_back(clock.now() + duration, alarm);
+    co_await alarm->async_receive(asio::use_awaitable);
   }
   TimePoint now() const override { return clock.now(); }
   double secondsSince2001() const override { return 1000; }
@@ -125,13 +109,11 @@ struct PlaybackWorld : testing::Test,
   void turn() { QCoreApplication::processEvents(); }
   void pass(double seconds) {
     clock.advance(seconds);
-    const auto asleep = std::exchange(sleepers, {});
-    for (const auto& [due, wake] : asleep) {
+    for (const auto& [due, alarm] : std::exchange(sleepers, {}))
       if (due <= clock.now())
-        wake({});
+        alarm->try_send(asio::error_code(), 0);
       else
-        sleepers.push_back({due, wake});
-    }
+        sleepers.emplace_back(due, alarm);
     turn();
   }
   QStringList takeEvents() { return std::exchange(events, {}); }
@@ -157,11 +139,8 @@ struct PlaybackWorld : testing::Test,
   ManualClock clock;
   IoPool pool;
   QTemporaryDir folder;
-  struct Sleeper {
-    TimePoint due;
-    std::function<void(asio::error_code)> wake;
-  };
-  std::vector<Sleeper> sleepers;
+  using Alarm = asio::experimental::channel<void(asio::error_code, int)>;
+  std::vector<std::pair<TimePoint, std::shared_ptr<Alarm>>> sleepers;
   QStringList events;
   std::shared_ptr<FakeSession> session = std::make_shared<FakeSession>();
   std::int64_t freeBytes = INT64_MAX / 2;
