@@ -1,7 +1,9 @@
 #include "net/PartFile.h"
 #include <QDir>
 #include <QTemporaryDir>
+#include <atomic>
 #include <gtest/gtest.h>
+#include <thread>
 #include <unistd.h>
 
 namespace vellum::test {
@@ -77,6 +79,22 @@ TEST_F(PartFileTest, WhatADeadProgramLeftGoesAndNothingElse) {
   EXPECT_FALSE(QFileInfo::exists(in(".vellum-00000000-0000-0000-0000-000000000003.part")));
   EXPECT_EQ(files(), 8);
   EXPECT_TRUE(QFileInfo(link).isSymLink());
+}
+
+TEST_F(PartFileTest, IsNeverOneThatSomebodyClearsWhileItIsMade) {
+  std::atomic<bool> isOver = false;
+  std::thread other([&] {
+    while (!isOver) PartFile::clearLeftovers(folder.path());
+  });
+  int lost = 0;
+  for (int round = 0; round < 3000; ++round) {
+    const auto file = PartFile::create(folder.path(), error);
+    lost += !file || file->moveTo(in("film")) || !QFile::remove(in("film"));
+  }
+  isOver = true;
+  other.join();
+  EXPECT_EQ(lost, 0);
+  EXPECT_EQ(nextDescriptor(), m_before);
 }
 
 } // namespace
