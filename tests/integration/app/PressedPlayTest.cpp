@@ -146,7 +146,6 @@ TEST_F(PressedPlayTest, ThatCannotBeDecodedFailsInWords) {
   const auto kind = [&] { return coordinator.rowStates().value(row.id).kind; };
   ASSERT_TRUE(turnUntil([&] { return kind() == RowState::Kind::Failed; }));
   EXPECT_EQ(coordinator.stream()->failure, (StreamFailure{StreamFailure::Kind::Unsupported, {}}));
-  // And the program may end in the midst of it.
 }
 
 TEST(StopSignals, TheFirstIsHeardAndTheSecondEndsTheProcess) {

@@ -204,8 +204,6 @@ TEST_F(MprisTest, ASecondOneTakesANameWithASuffixAndGivesItBack) {
   settle({bus});
   second.reset();
   EXPECT_TRUE(turnUntil([&] { return names() == QStringList{name}; }));
-  Mpris alone(QDBusConnection(u"nowhere"_s)); // which is no trouble
-  for (const double position : {1, 60}) alone.show(film(position));
 }
 
 // The desktop's screen saver and its login manager.

@@ -2,7 +2,6 @@
 #include "base/ReplaceFile.h"
 #include "platform/ChildProcess.h"
 #include "world/MainThread.h"
-#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <csignal>

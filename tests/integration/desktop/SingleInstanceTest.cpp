@@ -38,8 +38,8 @@ struct SingleInstanceTest : ::testing::Test, MainThread {
     return start.get();
   }
   static bool isPrivate(const QString& path) {
-    constexpr int others = 0x77; // of the group and of everybody
-    return QFile::exists(path) && (QFile::permissions(path) & others) == 0;
+    const auto others = QFile::ReadGroup | QFile::ReadOther;
+    return QFile::exists(path) && !(QFile::permissions(path) & others);
   }
 
   QTemporaryDir root;
