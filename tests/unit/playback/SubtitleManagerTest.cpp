@@ -58,12 +58,16 @@ struct SubtitleManagerTest : testing::Test, MainThread {
 TEST_F(SubtitleManagerTest, ShowsTheTextAtThePlayhead) {
   int published = 0;
   QObject::connect(&*subtitles, &SubtitleManager::currentTextChanged, [&] { ++published; });
-  answers[text("a.srt")] = "0:1 --> 0:2\n&lt;<b>A</b>\n\n0:2 --> 0:3\n&lt;A\n\n0:1 --> 0:9\nB";
+  // A moment, two that touch, one that has no time, one below them all.
+  answers[text("a.srt")] = "0:4 --> 0:4\nM\n\n0:1 --> 0:2\n&lt;<b>A</b>\n\n0:2 --> 0:3\n&lt;A\n\n"
+                           "0:6 --> 0:5\nnone\n\n0:1 --> 0:9\nB\n\n0:5 --> 0:6\nlast";
   load(remote("a.srt"));
   EXPECT_FALSE(subtitles->currentText()) << "only a playhead shows anything";
   published = 0;
   const std::tuple<double, const char*, int> steps[] = {
-      {0.99, "-", 0}, {1, "&lt;A", 1}, {2.5, "&lt;A", 1}, {3.01, "B", 2}, {9.01, "-", 3}};
+      {0.99, "-", 0}, {1, "&lt;A", 1}, {2, "&lt;A", 1},       {3, "&lt;A", 1}, {3.01, "B", 2},
+      {3.99, "B", 2}, {4, "M", 3},     {4.01, "B", 4},        {5.5, "B", 4},   {9, "B", 4},
+      {9.01, "-", 5}, {6, "B", 6},     {std::nan(""), "-", 7}};
   for (const auto& [time, text, count] : steps) {
     EXPECT_EQ(shown(time), text) << time;
     EXPECT_EQ(published, count) << time;

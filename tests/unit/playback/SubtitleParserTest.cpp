@@ -1,7 +1,6 @@
-#include "playback/SubtitleTimeline.h"
+#include "playback/SubtitleParser.h"
 #include <gtest/gtest.h>
 #include <limits>
-#include <random>
 
 namespace vellum {
 namespace {
@@ -91,28 +90,6 @@ TEST(SubtitleParserTest, DecodesUtf8OrElseLatin1) {
                                                      {"\xc0\x80", "\xc3\x80\xc2\x80"}};
   for (const auto& [bytes, decoded] : rows)
     EXPECT_EQ(SubtitleParser::decode(bytes), text(decoded)) << bytes.toHex().toStdString();
-}
-
-TEST(SubtitleTimelineTest, AnswersAsAScanOfTheList) {
-  std::mt19937 random(7); // a fixed seed: a failure comes again
-  const double odd[] = {-kInfinity, kInfinity, std::nan(""), -0.0, 0.5};
-  const auto time = [&] {
-    return random() % 16 == 0 ? odd[random() % std::size(odd)] : double(random() % 12);
-  };
-  for (int round = 0; round < 2000; ++round) {
-    SubtitleCues cues(random() % 12);
-    for (SubtitleCue& cue : cues) cue = {time(), time(), QString::number(&cue - cues.data())};
-    const SubtitleTimeline timeline(cues);
-    for (int asked = 0; asked < 30; ++asked) {
-      const double at = asked < 26 ? asked / 2.0 - 0.5 : time();
-      const auto first = std::find_if(cues.begin(), cues.end(), [at](const SubtitleCue& cue) {
-        return cue.start <= at && at <= cue.end;
-      });
-      const SubtitleCue* found = timeline.at(at);
-      ASSERT_EQ(found ? found->text : QString(), first != cues.end() ? first->text : QString())
-          << round << " at " << at;
-    }
-  }
 }
 
 } // namespace

@@ -1,4 +1,3 @@
-#include "streaming/HttpAnswer.h"
 #include "streaming/HttpRequest.h"
 #include <gtest/gtest.h>
 #include <sstream>
@@ -54,15 +53,6 @@ TEST(HttpRequest, OnlyNamesOfThisMachineAreAnswered) {
     evil@127.0.0.1 )");
   for (std::string host; bad >> host;) EXPECT_FALSE(isForLoopback(host)) << host;
   EXPECT_FALSE(isForLoopback(""));
-}
-
-TEST(HttpAnswer, TypesFollowTheExtension) {
-  Rows rows(R"(
-    a/B.MP4 video/mp4         a.m4v  video/mp4   a.mov video/quicktime
-    a.mkv   video/x-matroska  a.webm video/webm  a.avi video/x-msvideo
-    a.ts    video/mp2t        a.mp4/b application/octet-stream  mp4 application/octet-stream )");
-  for (std::string path, type; rows >> path >> type;)
-    EXPECT_EQ(answers::mime(QString::fromStdString(path)), type);
 }
 
 } // namespace
