@@ -1,15 +1,11 @@
 // What only libmpv itself shows of the player; without sound device and window.
-#include "base/IoPool.h"
 #include "playback/MpvPicture.h"
 #include "playback/MpvSoftwarePainter.h"
 #include "playback/VideoPlayerManager.h"
-#include "streaming/LocalStreamServer.h"
 #include "world/MainThread.h"
-#include "world/MemorySource.h"
 #include <QFile>
 #include <QTcpServer>
 #include <QTemporaryDir>
-#include <asio/use_future.hpp>
 #include <gtest/gtest.h>
 
 namespace vellum::test {
@@ -23,9 +19,6 @@ struct VideoPlayerTest : MainThread, testing::Test {
   static constexpr double kFrame = 0.04; // seconds
 
   VideoPlayerTest() {
-    // A proxy is not for our own addresses: nobody listens there.
-    qputenv("http_proxy", "http://127.0.0.1:1");
-    qunsetenv("no_proxy");
     player.emplace(main, AudioOutput::Silent);
     QObject::connect(&*player, &VideoPlayerManager::currentTimeChanged, &app,
                      [this](double seconds) { times.push_back(seconds); });
@@ -130,30 +123,6 @@ TEST_F(VideoPlayerTest, AFilmIsDrawnInTheSizeOfItsLatestViewerAlsoWhilePaused) {
   QObject::connect(&*player->picture(), &MpvPicture::frameReady, &app, [&] { ++frames; });
   player->toggle();
   EXPECT_TRUE(turnUntil([&] { return frames > 5; })) << "it moves again";
-}
-
-// As a torrent of which nothing is there yet, behind the server.
-TEST_F(VideoPlayerTest, AStreamedFilmWaitsForItsPieces) {
-  QFile file(film.toLocalFile());
-  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-  const QByteArray read = file.readAll();
-  const auto bytes = std::as_bytes(std::span(read.begin(), read.end()));
-  IoPool pool;
-  LocalStreamServer server(pool);
-  const auto source = std::make_shared<MemorySource>(
-      pool.makeStrand(), ByteVector(bytes.begin(), bytes.end()),
-      std::vector<TorrentFileEntry>{{text("film.mkv"), read.size()}});
-  auto url = asio::co_spawn(pool.io(), server.url(source, 0, text("a")), asio::use_future);
-  player->load(url.get().value(), 0);
-  ASSERT_TRUE(source->waitForQuestions(3));
-  EXPECT_TRUE(player->isBuffering());
-  EXPECT_EQ(player->duration(), 0);
-  source->arrive(0, read.size() / 2);
-  ASSERT_TRUE(turnUntil([this] { return !player->isBuffering(); }));
-  ASSERT_TRUE(turnUntil([this] { return player->isBuffering(); })) << "behind what is there";
-  source->arriveAll();
-  EXPECT_TRUE(hasEnded());
-  player.reset();
 }
 
 } // namespace
