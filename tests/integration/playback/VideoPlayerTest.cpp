@@ -76,25 +76,19 @@ TEST_F(VideoPlayerTest, ChoosesAmongTheSoundTracksOfAnItem) {
   EXPECT_TRUE(player->audioOptions().isEmpty());
 }
 
-TEST_F(VideoPlayerTest, TellsWhyAnItemFailsAndOpensNothingThatItNames) {
+TEST_F(VideoPlayerTest, AFileOpensNothingThatItNames) {
   const QTemporaryDir folder;
   QTcpServer stranger;
   ASSERT_TRUE(stranger.listen(QHostAddress::LocalHost));
   const QByteArray elsewhere = "http://127.0.0.1:" + QByteArray::number(stranger.serverPort());
-  const char* const unknown = "Failed to recognize file format.";
-  const std::pair<QByteArray, const char*> rows[] = {
-      {{}, "No such file or directory"},
-      {"no film", unknown},
-      {"#EXTM3U\n" + elsewhere + "/film.mkv\n", unknown},
-      {"#EXTM3U\n#EXT-X-TARGETDURATION:9\n#EXTINF:9,\n" + elsewhere + "/1.ts\n", "Not opening"},
-      {"ffconcat version 1.0\nfile " + elsewhere + "/film.mkv\n", ""}};
-  for (const auto& [content, sentence] : rows) {
+  for (const QByteArray& content :
+       {"#EXTM3U\n" + elsewhere, "# mpv EDL v0\n" + elsewhere,
+        "#EXTM3U\n#EXT-X-TARGETDURATION:9\n#EXTINF:9,\n" + elsewhere + "/1.ts\n",
+        "ffconcat version 1.0\nfile " + elsewhere + "\n"}) {
     QFile file(folder.filePath(text("film.mkv")));
-    if (!content.isEmpty())
-      ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) > 0 && file.flush());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) > 0 && file.flush());
     player->load(QUrl::fromLocalFile(file.fileName()), 0);
-    ASSERT_TRUE(turnUntil([this] { return !player->error().isNull(); }));
-    EXPECT_TRUE(player->error().contains(text(sentence))) << player->error().toStdString();
+    ASSERT_TRUE(turnUntil([this] { return !player->error().isNull(); })) << content.constData();
   }
   EXPECT_FALSE(stranger.hasPendingConnections());
 }
