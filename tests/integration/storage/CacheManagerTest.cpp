@@ -7,9 +7,11 @@
 #include <QFile>
 #include <QStorageInfo>
 #include <QTemporaryDir>
+#include <atomic>
 #include <future>
 #include <gtest/gtest.h>
 #include <limits>
+#include <thread>
 #include <unistd.h>
 
 namespace vellum {
@@ -182,6 +184,24 @@ TEST_F(CacheManagerTest, TheLimitsLeaveAPayloadInUseAndClearDoesNot) {
   waitForMeasurements(1);
   EXPECT_TRUE(left(cache).isEmpty());
   ::close(user);
+}
+
+TEST_F(CacheManagerTest, AnOpenedPayloadIsNeverOneThatIsGone) {
+  const QString path = cache + text("/key/payload.dat");
+  constexpr int kRounds = 20'000;
+  std::atomic<int> round = 0;
+  std::thread remover([&] {
+    for (int met = 0; round < kRounds; met = round) {
+      removeUnlessInUse(path);
+      if (met != round) QDir().rmdir(cache + text("/key")); // not so often that nobody gets in
+    }
+  });
+  for (; round < kRounds; ++round) {
+    const int opened = openForUse(path);
+    EXPECT_TRUE(opened >= 0 && QFile::exists(path)) << round;
+    ::close(opened);
+  }
+  remover.join();
 }
 
 TEST_F(CacheManagerTest, TheUsersOwnFolderIsNotMadeTheCache) {
