@@ -64,7 +64,6 @@ struct FakeMpv {
     return &current.event;
   }
 
-  int startResult = 0, drawResult = 0;
   std::map<std::string, std::uint64_t> asked, observers; // the latest number by name
   struct Event {
     mpv_event event{};
@@ -88,7 +87,7 @@ using vellum::test::theMpv;
 
 mpv_handle* mpv_create() { return reinterpret_cast<mpv_handle*>(theMpv); }
 int mpv_set_option_string(mpv_handle*, const char*, const char*) { return 0; }
-int mpv_initialize(mpv_handle*) { return theMpv->startResult; }
+int mpv_initialize(mpv_handle*) { return 0; }
 void mpv_terminate_destroy(mpv_handle*) { theMpv->note(QStringLiteral("terminate")); }
 int mpv_request_log_messages(mpv_handle*, const char*) { return 0; }
 void mpv_set_wakeup_callback(mpv_handle*, void (*wakeUp)(void*), void* data) {
@@ -120,7 +119,7 @@ int mpv_observe_property(mpv_handle*, std::uint64_t observer, const char* name, 
 
 int mpv_render_context_create(mpv_render_context** context, mpv_handle*, mpv_render_param*) {
   *context = reinterpret_cast<mpv_render_context*>(theMpv);
-  return theMpv->drawResult;
+  return 0;
 }
 void mpv_render_context_set_update_callback(mpv_render_context*, void (*)(void*), void*) {}
 std::uint64_t mpv_render_context_update(mpv_render_context*) { return 0; }

@@ -23,14 +23,10 @@ struct FakeSession final : StreamSession {
     selected = file;
     selectedSubtitles = subtitles;
   }
-  Flow<std::optional<QUrl>> url(int, QString) override { return answer(address); }
+  Flow<std::optional<QUrl>> url(int, QString) override { co_return address; }
   Flow<bool> extract(int file, QString destination) override {
     if (complete.contains(file)) extracted.append(destination);
-    return answer(complete.contains(file));
-  }
-  template <class T>
-  static Flow<T> answer(T value) {
-    co_return value;
+    co_return complete.contains(file);
   }
 
   QString hash;

@@ -60,14 +60,15 @@ TEST_F(SubtitleManagerTest, ShowsTheTextAtThePlayhead) {
   QObject::connect(&*subtitles, &SubtitleManager::currentTextChanged, [&] { ++published; });
   // A moment, two that touch, one that has no time, one below them all.
   answers[text("a.srt")] = "0:4 --> 0:4\nM\n\n0:1 --> 0:2\n&lt;<b>A</b>\n\n0:2 --> 0:3\n&lt;A\n\n"
-                           "0:6 --> 0:5\nnone\n\n0:1 --> 0:9\nB\n\n0:5 --> 0:6\nlast";
+                           "0:6 --> 0:5\nnone\n\n0:1 --> 0:9\n\xe9\n\n0:5 --> 0:6\nlast";
   load(remote("a.srt"));
   EXPECT_FALSE(subtitles->currentText()) << "only a playhead shows anything";
   published = 0;
   const std::tuple<double, const char*, int> steps[] = {
-      {0.99, "-", 0}, {1, "&lt;A", 1}, {2, "&lt;A", 1},       {3, "&lt;A", 1}, {3.01, "B", 2},
-      {3.99, "B", 2}, {4, "M", 3},     {4.01, "B", 4},        {5.5, "B", 4},   {9, "B", 4},
-      {9.01, "-", 5}, {6, "B", 6},     {std::nan(""), "-", 7}};
+      {0.99, "-", 0},        {1, "&lt;A", 1},       {2, "&lt;A", 1}, {3, "&lt;A", 1},
+      {3.01, "\xc3\xa9", 2}, {3.99, "\xc3\xa9", 2}, {4, "M", 3},     {4.01, "\xc3\xa9", 4},
+      {5.5, "\xc3\xa9", 4},  {9, "\xc3\xa9", 4},    {9.01, "-", 5},  {6, "\xc3\xa9", 6},
+      {std::nan(""), "-", 7}};
   for (const auto& [time, text, count] : steps) {
     EXPECT_EQ(shown(time), text) << time;
     EXPECT_EQ(published, count) << time;
@@ -95,7 +96,6 @@ TEST_F(SubtitleManagerTest, ReadsEachFileInItsFormatOrSaysWhyNot) {
       {{text("1"), local("b c#%41?.SSA", ass)}, "-"},
       {{text("2"), local("none", "0:1 --> 0:2\n\xe9")}, "-"},
       {{text("5 %1"), local("b.srt", ass)}, "No subtitle cues found in 5 %1"},
-      {{text("7"), local("gone.srt")}, "Subtitles failed: No such file or directory"},
       {{text("8"), local("pipe.srt")}, "Subtitles failed: This is not a file."},
       {{text("9"), local("large.srt", large)}, tooLarge},
       {remote("web.ass"), "-"},
@@ -119,10 +119,7 @@ TEST_F(SubtitleManagerTest, KeepsTracksAndAddsAFileOnce) {
     EXPECT_EQ(subtitles->tracks(), (SubtitleTracks{remote("a"), mine}));
     EXPECT_EQ(subtitles->selected(), mine);
     ASSERT_TRUE(turnUntil([&] { return shown(1) == "A"; }));
-    subtitles->select(std::nullopt);
-    EXPECT_FALSE(subtitles->selected());
   }
-  load(mine);
   subtitles->reset({});
   EXPECT_TRUE(subtitles->tracks().empty() && !subtitles->selected() && shown(1) == "-");
 }

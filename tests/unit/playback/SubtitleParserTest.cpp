@@ -84,13 +84,5 @@ TEST(SubtitleParserTest, ReadsSubStation) {
     EXPECT_EQ(written(SubtitleParser::parseASS(text(file))), cues) << file;
 }
 
-TEST(SubtitleParserTest, DecodesUtf8OrElseLatin1) {
-  const std::pair<QByteArray, const char*> rows[] = {{"\xef\xbb\xbf\xc3\xa9", "\xc3\xa9"},
-                                                     {"caf\xe9", "caf\xc3\xa9"},
-                                                     {"\xc0\x80", "\xc3\x80\xc2\x80"}};
-  for (const auto& [bytes, decoded] : rows)
-    EXPECT_EQ(SubtitleParser::decode(bytes), text(decoded)) << bytes.toHex().toStdString();
-}
-
 } // namespace
 } // namespace vellum
