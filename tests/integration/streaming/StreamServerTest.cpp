@@ -72,12 +72,10 @@ TEST_F(StreamServer, ServesWholeFilesRangesAndHeadsAndRefusesAllElse) {
       {"GET " + line + "Range: bytes=262143-262144\r\n\r\n",
        head206(262143, 262144) + film(262143, 2)},
       {"GET " + line + "Range: bytes=9-9\r\n\r\nbehind the blank line", head206(9, 9) + film(9, 1)},
-      {"HEAD " + line + "\r\n", head200()},
       {"HEAD " + line + "Range: bytes=7-\r\n\r\n", head206(7, kFilm - 1)},
       {"GET " + kPath + "3" + end, head200(1, "mp2t") + film(kFilm, 1)},
       {"\r\n\r\n", k405},
       {"POST " + line + "\r\n" + std::string(20'000, 'x'), k405},
-      {"GET " + kPath + end, k404},
       {"GET /" + std::string(40, 'b') + "/1/x" + end, k404},
       {"GET " + kPath + "1x/film.mp4" + end, k404},
       {"GET " + kPath + "2/empty.mkv" + end, k404},
@@ -110,11 +108,10 @@ TEST_F(StreamServer, ReadsAHeadHoweverItComesAndUpToItsLimit) {
 
 TEST_F(StreamServer, NamesTheFileInAUrlThatEveryPlayerReads) {
   const std::string before = "http://127.0.0.1:" + std::to_string(url.port()) + kPath + "1/";
-  const std::pair<const char*, const char*> names[] = {
-      {"Some Film/Film [1080p] #1 50%?.mkv", "Film%20%5B1080p%5D%20%231%2050%25%3F.mkv"},
-      {"映 (b) & c's, d.mp4", "%E6%98%A0%20(b)%20&%20c's,%20d.mp4"},
-      {"a/..", "video"}};
-  for (const auto& [name, encoded] : names)
+  for (const auto& [name, encoded] :
+       {std::pair("a/..", "video"),
+        {"a/Film [1080p] #1 50%?", "Film%20%5B1080p%5D%20%231%2050%25%3F"},
+        {"映 (b) & c's, d.mp4", "%E6%98%A0%20(b)%20&%20c's,%20d.mp4"}})
     EXPECT_EQ(urlOf(QString::fromUtf8(name)).toEncoded().toStdString(), before + encoded);
 }
 
@@ -202,8 +199,7 @@ TEST_F(StreamServer, AStoppedTorrentOrAFailedReadEndsTheBodyShort) {
 
 TEST_F(StreamServer, OneAddressOfTheMachineAnswersUntilTheServerGoes) {
   // A server bound to all addresses would answer here as well.
-  asio::io_context io;
-  asio::ip::tcp::socket elsewhere(io);
+  asio::ip::tcp::socket elsewhere(pool.io());
   asio::error_code error;
   const auto port = static_cast<std::uint16_t>(url.port());
   elsewhere.connect({asio::ip::make_address("127.0.0.2"), port}, error);

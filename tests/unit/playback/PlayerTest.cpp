@@ -49,10 +49,8 @@ struct PlayerTest : MainThread, testing::Test {
     if (word == u"rate") player->setRate(float(value));
     if (word == u"shape") player->setAspect(VideoPlayerManager::AspectMode(int(value)));
     if (word == u"clear") player->clearError();
-    if (word == u"opened") mpv.answerCommand(mpv.asked.at("loadfile"));
-    if (word == u"unopened") mpv.answerCommand(mpv.asked.at("loadfile"), -1);
-    if (word == u"sought") mpv.answerCommand(mpv.asked.at("seek"));
-    if (word == u"unsought") mpv.answerCommand(mpv.asked.at("seek"), -1);
+    if (word == u"opened") mpv.answerCommand(mpv.asked.at("loadfile"), value < 0 ? -1 : 0);
+    if (word == u"sought") mpv.answerCommand(mpv.asked.at("seek"), value < 0 ? -1 : 0);
     if (word == u"started")
       mpv.tell(MPV_EVENT_START_FILE, mpv_event_start_file{std::int64_t(value)});
     if (word == u"loaded") mpv.tell(MPV_EVENT_FILE_LOADED);
@@ -159,7 +157,7 @@ TEST_F(PlayerTest, PassesOverTheTimesOfBeforeASeek) {
     seek 170                              -> seek 100.000 absolute+exact; at 100; paused 100/100
     seek -3                               -> seek 0.000 absolute+exact; at 0; paused 0/100
     time 51                               -> ;; paused 0/100
-    unsought, time 52                     -> ; at 52; paused 52/100)");
+    sought -1, time 52                     -> ; at 52; paused 52/100)");
   play(0, 0.8);
   script("seek 5 -> seek 0.800 absolute+exact; at 0.8; playing 0.8/0.8");
   // Before it is ready, with nothing known that would hold it; not for the next item.
@@ -208,7 +206,7 @@ TEST_F(PlayerTest, TellsWhyAnItemFailed) {
     idle 1                -> ; waits goes on; playing 0/100 failed: the cause
     seek 5, clear         -> ; at 5; playing 5/100
     play 0, failed 7      -> ;; playing 0/100 failed: Playback failed)");
-  script("load 0, unopened");
+  script("load 0, opened -1");
   EXPECT_TRUE(then().ends_with(" waits goes on; playing 0/0 failed: Playback failed"));
 }
 
