@@ -18,8 +18,8 @@ const std::vector<TorrentFileEntry> kFilm =
     files("dir/film.mkv dir/en.sub dir/en.srt dir/de.vtt extra/en.srt");
 
 // What the flow reads of the session, what the user does, and what the player tells.
-struct PlaybackTest : PlaybackWorld {
-  void step(const QString& word, double value) {
+struct PlaybackTest : PlaybackWorld, Scripted {
+  void step(const QString& word, double value) override {
     SessionSnapshot& snap = session->snap;
     if (word == u"film") snap = {}, snap.meta = meta(kFilm);
     if (word == u"nothing") snap = {}, snap.meta = meta(files("readme.txt"));
@@ -43,7 +43,7 @@ struct PlaybackTest : PlaybackWorld {
     turn();
   }
   // What happened since; the stream; the rows; what plays and the position in the newest row.
-  std::string then() {
+  std::string then() override {
     if (const auto file = std::exchange(session->selected, {}))
       events += text("select %1").arg(*file);
     if (const int times = std::exchange(presented, 0)) events += text("shown %1").arg(times);
@@ -66,11 +66,6 @@ struct PlaybackTest : PlaybackWorld {
     return (takeEvents().join(u'|') + text("; ") + shown + text("; ") + rows.join(u' ') +
             text("; ") + plays)
         .toStdString();
-  }
-  void script(const char* lines) {
-    runScript(
-        lines, [this](const QString& word, double value) { step(word, value); },
-        [this] { return then(); });
   }
   std::string taken() { return takeEvents().join(u'|').toStdString(); }
 };
@@ -168,9 +163,9 @@ TEST_F(PlaybackTest, MetadataIsWaitedForAMinute) {
   coordinator->playFromSearchResult(row);
   turn();
   EXPECT_EQ(session->peers, (std::vector<PeerAddr>{{text("h"), 1909}, {text("[::1]"), 2}}));
-  then();
   script(R"(
-    peers 1, pass 0.4   -> ; T metadata; a:starting; pending|a
+    peers 1             -> *
+    pass 0.4            -> ; T metadata; a:starting; pending|a
     peers 0, pass 59.6  -> ; T connecting; a:starting; pending|a
     pass 0.4            -> ; T connecting failed: Couldn't fetch the; a:failed; pending|a
     nothing, retry      -> release|stop|acquire aaaa T 0|shown 1; T selecting failed: No playable video; a:failed; pending|a)");
@@ -179,8 +174,7 @@ TEST_F(PlaybackTest, MetadataIsWaitedForAMinute) {
 
 TEST_F(PlaybackTest, TheFileQuestionIsAnsweredOnceOrEndsTheFlow) {
   for (const char* answer : {"pick 1", "pick 0", "pick 2", "pick -1", "pick 9", "end"}) {
-    script("two, press");
-    then();
+    script("two, press -> *");
     script("two -> ; T selecting asks 2; a:starting; pending|a");
     EXPECT_EQ(stream().choices[1], (StreamChoice{1, text("b.mkv"), kFilmSize}));
     script(answer);
@@ -193,9 +187,8 @@ TEST_F(PlaybackTest, TheFileQuestionIsAnsweredOnceOrEndsTheFlow) {
 }
 
 TEST_F(PlaybackTest, AStreamStallsOnlyWithoutPeersAndWithoutBlocks) {
-  script("film, press");
-  then();
   script(R"(
+    film, press -> *
     quiet 100, pass 45           -> ; T buffering; a:starting; pending|a
     peers 1, pass 100            -> ; T buffering; a:starting; pending|a
     peers 0, quiet 45, pass 46   -> ; T buffering; a:starting; pending|a
@@ -228,8 +221,7 @@ TEST_F(PlaybackTest, HandsOverAndResumesFromTheHistory) {
 }
 
 TEST_F(PlaybackTest, SavesEveryFiveSecondsAndForgetsOnClosingAsItDoes) {
-  script("play");
-  then();
+  script("play -> *");
   length = 100;
   script(R"(
     time 4.9       -> ; T playing; a:playing; a|dir/film.mkv @0
@@ -244,9 +236,8 @@ TEST_F(PlaybackTest, SavesEveryFiveSecondsAndForgetsOnClosingAsItDoes) {
 }
 
 TEST_F(PlaybackTest, TheMonitorTellsWhyThePlayerWaits) {
-  script("play");
-  then();
   script(R"(
+    play -> *
     wait 1, peers 0, quiet 99, pass 1    -> ; T playing; a:playing; a|dir/film.mkv @0
     pass 20                              -> ; T playing; a:playing; a|dir/film.mkv @0
     pass 1                               -> ; T playing Stream stalled —; a:playing; a|dir/film.mkv @0
@@ -289,9 +280,7 @@ TEST_F(PlaybackTest, AFailedPlayerLeadsToMpvThenVlcThenAFailure) {
     launches = starts;
     hasVlc = vlc;
     script("end, film, press, fail, ready"); // it has nothing of this stream to fail with
-    taken();
-    script("pass 0.4");
-    then();
+    script("pass 0.4 -> *");
     script("fail");
     const QString seen = text(then().c_str()).replace(session->address->toString(), text("@"));
     EXPECT_EQ(seen.section(text("; "), 0, 1).toStdString(), happens);

@@ -13,7 +13,7 @@ namespace {
 
 const QUrl kFilm(text("http://h/film.mkv"));
 
-struct PlayerTest : MainThread, testing::Test {
+struct PlayerTest : MainThread, testing::Test, Scripted {
   PlayerTest() {
     using Player = VideoPlayerManager;
     QObject::connect(&*player, &Player::currentTimeChanged, &app,
@@ -23,7 +23,7 @@ struct PlayerTest : MainThread, testing::Test {
                      [this] { told += text(player->isBuffering() ? " waits" : " goes on"); });
   }
   // What has been ordered since, then what was told, then how the player shows itself.
-  std::string then() {
+  std::string then() override {
     QCoreApplication::processEvents();
     QString shown = text(player->isPlaying() ? " playing " : " paused ");
     shown += text("%1/%2").arg(player->currentTime()).arg(player->duration());
@@ -34,7 +34,7 @@ struct PlayerTest : MainThread, testing::Test {
     return mpv.taken() + ";" + (std::exchange(told, {}) + u';' + shown).toStdString();
   }
   // A number below 0 stands for none.
-  void step(const QString& word, double value) {
+  void step(const QString& word, double value) override {
     const std::optional<double> number = value < 0 ? std::nullopt : std::optional(value);
     if (word == u"play") play(value);
     if (word == u"load") player->load(kFilm, value);
@@ -63,11 +63,6 @@ struct PlayerTest : MainThread, testing::Test {
     if (word == u"end") mpv.tellProperty("eof-reached", 1);
     if (word == u"failed") mpv.tellEnd(MPV_END_FILE_REASON_ERROR, std::int64_t(value));
     QCoreApplication::processEvents();
-  }
-  void script(const char* lines) {
-    runScript(
-        lines, [this](const QString& word, double value) { step(word, value); },
-        [this] { return then(); });
   }
   // An item that plays.
   void play(double startAt, double duration = 100) {
@@ -119,8 +114,7 @@ TEST_F(PlayerTest, OpensFilesAndTheWebAndRefusesAllElse) {
     EXPECT_EQ(then(), address == nullptr ? refused
                                          : "start=none|loadfile " + std::string(address) +
                                                " replace|pause=0; at 0 waits; playing 0/0");
-    script("stop");
-    then();
+    script("stop -> *");
   }
   player->load(QUrl(), 0);
   player->stop();
@@ -157,18 +151,16 @@ TEST_F(PlayerTest, PassesOverTheTimesOfBeforeASeek) {
     seek 170                              -> seek 100.000 absolute+exact; at 100; paused 100/100
     seek -3                               -> seek 0.000 absolute+exact; at 0; paused 0/100
     time 51                               -> ;; paused 0/100
-    sought -1, time 52                     -> ; at 52; paused 52/100)");
+    sought -1, time 52                    -> ; at 52; paused 52/100)");
   play(0, 0.8);
   script("seek 5 -> seek 0.800 absolute+exact; at 0.8; playing 0.8/0.8");
   // Before it is ready, with nothing known that would hold it; not for the next item.
-  script("load 0, seek 99, load 0");
-  then();
   script(R"(
+    load 0, seek 99, load 0 -> *
     opened, started 7, loaded  -> ; goes on; playing 0/0
-    stop                       -> pause=1|stop; at 0; paused 0/0)");
-  script("load 0, seek 99");
-  then();
-  script("opened, started 7, loaded -> seek 99.000 absolute+exact; goes on at 99; playing 99/0");
+    stop                       -> pause=1|stop; at 0; paused 0/0
+    load 0, seek 99            -> *
+    opened, started 7, loaded  -> seek 99.000 absolute+exact; goes on at 99; playing 99/0)");
 }
 
 TEST_F(PlayerTest, AFilmEndsUnlessItsStreamBrokeOff) {
@@ -187,13 +179,12 @@ TEST_F(PlayerTest, AFilmEndsUnlessItsStreamBrokeOff) {
     mpv.answer("time-pos", at);
     EXPECT_EQ(then(), happens);
   }
-  // There is nothing left to play; paused, it is not watched to its end.
+  // There is nothing left to play; paused, it is not watched to its end; an end may come late.
   script(R"(
     toggle                          -> ;; paused 2/10
-    seek 3, toggle, toggle, end     -> seek 3.000 absolute+exact|pause=0|pause=1; at 3; paused 3/10)");
-  script("load 0, end"); // late
-  then();
-  script("toggle, toggle -> pause=1|pause=0; goes on waits; playing 0/0");
+    seek 3, toggle, toggle, end     -> seek 3.000 absolute+exact|pause=0|pause=1; at 3; paused 3/10
+    load 0, end                     -> *
+    toggle, toggle                  -> pause=1|pause=0; goes on waits; playing 0/0)");
 }
 
 TEST_F(PlayerTest, TellsWhyAnItemFailed) {
@@ -205,9 +196,9 @@ TEST_F(PlayerTest, TellsWhyAnItemFailed) {
   script(R"(
     idle 1                -> ; waits goes on; playing 0/100 failed: the cause
     seek 5, clear         -> ; at 5; playing 5/100
-    play 0, failed 7      -> ;; playing 0/100 failed: Playback failed)");
-  script("load 0, opened -1");
-  EXPECT_TRUE(then().ends_with(" waits goes on; playing 0/0 failed: Playback failed"));
+    play 0, failed 7      -> ;; playing 0/100 failed: Playback failed
+    load 0                -> *
+    opened -1             -> ; goes on; playing 0/0 failed: Playback failed)");
 }
 
 TEST_F(PlayerTest, PassesOverWhatComesLateForAnItem) {
@@ -215,9 +206,8 @@ TEST_F(PlayerTest, PassesOverWhatComesLateForAnItem) {
   const std::uint64_t first = mpv.asked.at("loadfile");
   script("load 0");
   mpv.answerCommand(first);
-  script("started 7, loaded, restart, opened, started 6, loaded");
+  script("started 7, loaded, restart, opened, started 6, loaded -> *");
   EXPECT_FALSE(mpv.asked.contains("duration")) << "not ready";
-  then();
   script(R"(
     started 7, loaded, lasts 9, time 3       -> ;; playing 0/9
     loaded, play 20, restart, stop           -> pause=1|stop; at 0; paused 0/0
