@@ -25,15 +25,14 @@ constexpr const char* k416 = "HTTP/1.1 416 Range Not Satisfiable\r\n"
                              "Content-Range: bytes */16000000\r\nContent-Length: 0\r\n\r\n";
 const std::string kPath = "/" + std::string(40, 'a') + "/";
 
-std::string head200(std::int64_t length = kFilm, const char* type = "mp4") {
-  return "HTTP/1.1 200 OK\r\nContent-Type: video/" + std::string(type) +
+std::string head(const char* status, const char* type, std::int64_t length) {
+  return "HTTP/1.1 " + std::string(status) + "\r\nContent-Type: video/" + type +
          "\r\nAccept-Ranges: bytes\r\nContent-Length: " + std::to_string(length) +
-         "\r\nConnection: close\r\n\r\n";
+         "\r\nConnection: close\r\n";
 }
+const std::string kHead = head("200 OK", "mp4", kFilm) + "\r\n"; // of the whole film
 std::string head206(std::int64_t start, std::int64_t end) {
-  return "HTTP/1.1 206 Partial Content\r\nContent-Type: video/mp4\r\nAccept-Ranges: bytes\r\n"
-         "Content-Length: " +
-         std::to_string(end - start + 1) + "\r\nConnection: close\r\nContent-Range: bytes " +
+  return head("206 Partial Content", "mp4", end - start + 1) + "Content-Range: bytes " +
          std::to_string(start) + "-" + std::to_string(end) + "/16000000\r\n\r\n";
 }
 
@@ -68,12 +67,12 @@ TEST_F(StreamServer, ServesWholeFilesRangesAndHeadsAndRefusesAllElse) {
   const std::string line = kPath + "+1/any/name?query HTTP/1.1\r\nHost: LOCALHOST:1\r\n";
   const std::string end = " HTTP/1.1\r\n\r\n";
   const std::pair<std::string, std::string> cases[] = {
-      {"GET " + line + "\r\n", head200() + film(0, kFilm)},
+      {"GET " + line + "\r\n", kHead + film(0, kFilm)},
       {"GET " + line + "Range: bytes=262143-262144\r\n\r\n",
        head206(262143, 262144) + film(262143, 2)},
       {"GET " + line + "Range: bytes=9-9\r\n\r\nbehind the blank line", head206(9, 9) + film(9, 1)},
       {"HEAD " + line + "Range: bytes=7-\r\n\r\n", head206(7, kFilm - 1)},
-      {"GET " + kPath + "3" + end, head200(1, "mp2t") + film(kFilm, 1)},
+      {"GET " + kPath + "3" + end, head("200 OK", "mp2t", 1) + "\r\n" + film(kFilm, 1)},
       {"\r\n\r\n", k405},
       {"POST " + line + "\r\n" + std::string(20'000, 'x'), k405},
       {"GET /" + std::string(40, 'b') + "/1/x" + end, k404},
@@ -138,7 +137,7 @@ TEST_F(StreamServer, CutsOutAFileThatIsCompleteAndSmallEnough) {
 TEST_F(StreamServer, TheHeadComesAtOnceAndTheBodyAsItsPiecesArrive) {
   HttpReader reader(url);
   reader.get(url);
-  EXPECT_EQ(reader.readHead(), head200());
+  EXPECT_EQ(reader.readHead(), kHead);
   ASSERT_TRUE(source->waitForQuestions(1));
   source->arrive(kBefore, kChunk);
   EXPECT_TRUE(reader.read(kChunk) == film(0, kChunk));
@@ -168,7 +167,7 @@ TEST_F(StreamServer, ADroppedReaderIsForgotten) {
   reader.reset();
   const SystemClock clock;
   const TimePoint dropped = clock.now();
-  while (source.use_count() > 2 && secondsBetween(dropped, clock.now()) < 20) // ours, the server's
+  while (source.use_count() > 2 && secondsBetween(dropped, clock.now()) < 20)
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   // 100 ms and some patience for a busy machine.
   EXPECT_LT(secondsBetween(dropped, clock.now()), 1);
@@ -178,11 +177,11 @@ TEST_F(StreamServer, AStoppedTorrentOrAFailedReadEndsTheBodyShort) {
   source->arrive(kBefore, 2 * kChunk - 1 - MemorySource::kPiece);
   HttpReader waiting(url), unreadable(url), slow(url), gone(url);
   waiting.get(url);
-  EXPECT_EQ(waiting.readHead(), head200());
+  EXPECT_EQ(waiting.readHead(), kHead);
   ASSERT_TRUE(source->waitForQuestions(3));
   source->limitReads(0);
   unreadable.get(url);
-  EXPECT_EQ(unreadable.readAll(), head200());
+  EXPECT_EQ(unreadable.readAll(), kHead);
   source->limitReads(1); // read on, however little comes
   slow.get(url, "Range: bytes=100-199\r\n");
   EXPECT_EQ(slow.readAll(), head206(100, 199) + film(100, 100));
@@ -194,7 +193,7 @@ TEST_F(StreamServer, AStoppedTorrentOrAFailedReadEndsTheBodyShort) {
   server->registerSource(source);
   HttpReader again(url);
   again.get(url);
-  EXPECT_EQ(again.readAll(), head200());
+  EXPECT_EQ(again.readAll(), kHead);
 }
 
 TEST_F(StreamServer, OneAddressOfTheMachineAnswersUntilTheServerGoes) {
@@ -209,7 +208,7 @@ TEST_F(StreamServer, OneAddressOfTheMachineAnswersUntilTheServerGoes) {
   ASSERT_TRUE(source->waitForQuestions(1));
   server.reset();
   EXPECT_EQ(idle.readAll(), "");
-  EXPECT_EQ(waiting.readAll(), head200());
+  EXPECT_EQ(waiting.readAll(), kHead);
   EXPECT_THROW(late.connect(url), std::system_error);
 }
 

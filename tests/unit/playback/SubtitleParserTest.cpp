@@ -48,7 +48,6 @@ TEST(SubtitleParserTest, ReadsSubRipAndWebVTT) {
       {"0:1 --> 0:2\n\n0:3 --> 0:4", ""},
       // Markup is what stands in a pair that is not empty.
       {"0:1 --> 0:2\n1 < 2 <> <<b>x</b> &amp; {\\i1} a > b <c", "1..2 1  x &amp; {\\i1} a > b <c"},
-      {"0:1 --> 0:2\n<><b>x<i>y", "1..2 <>xy"},
       // Blocks, by empty lines alone; in the order of the file.
       {"\n\n\n0:1 --> 0:2\nA\n\n\nB\n\n\n\n0:3 --> 0:4\nC", "1..2 A|3..4 C"},
       {"0:5 --> 0:4\nA\n\n0:1 --> 0:2\nB", "5..4 A|1..2 B"},

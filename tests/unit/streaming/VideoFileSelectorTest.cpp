@@ -20,7 +20,7 @@ std::string printed(const std::vector<int>& indexes) {
   return text;
 }
 
-TEST(VideoFileSelector, FindsTheFilmOrAsks) {
+TEST(VideoFileSelector, FindsTheFilmOrAsksAndTheSubtitlesAnywhere) {
   const char* const cases[] = {
       "none: ", "none: a.iso 5242880000, b.txt 5, mkv 9", "film 1: x.txt 90, FILM.MKV 10",
       "film 0: movie.mkv 4194304000, Sample/sample.mkv 41943040, m.nfo 1000",
@@ -41,9 +41,6 @@ TEST(VideoFileSelector, FindsTheFilmOrAsks) {
     const char* const kinds[] = {"film", "choose", "none"};
     EXPECT_EQ(kinds[int(outcome.kind)] + printed(outcome.files), written.substr(0, colon));
   }
-}
-
-TEST(VideoFileSelector, FindsSubtitlesWhateverTheirSizeAndPlace) {
   EXPECT_EQ(printed(VideoFileSelector::subtitles(
                 files("a.ass, b.SSA 9, Sample/c.sub, d.vtt, e.txt, f.srt, srt, .srt, g.srt/h"))),
             " 0 1 2 3 5");
