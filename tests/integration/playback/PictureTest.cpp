@@ -20,6 +20,7 @@ constexpr char kPage[] = R"(
   import Vellum.Video
   Rectangle {
     id: page
+    width: 640; height: 360
     required property VideoPlayer player
     property bool isLarge: true
     color: "black"
@@ -43,8 +44,6 @@ TEST(PictureTest, IsDrawnAndMovesBetweenItemsWithoutARestart) {
   VideoPlayerManager player(main, AudioOutput::Silent);
   QQuickView window;
   window.engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
-  window.setResizeMode(QQuickView::SizeRootObjectToView);
-  window.resize(640, 360);
   QQmlComponent component(window.engine());
   component.setData(kPage, QUrl(QStringLiteral("memory.qml")));
   QObject* page = component.createWithInitialProperties(

@@ -200,14 +200,12 @@ TEST_F(StreamServer, OneAddressOfTheMachineAnswersUntilTheServerGoes) {
   // A server bound to all addresses would answer here as well.
   asio::ip::tcp::socket elsewhere(pool.io());
   asio::error_code error;
-  const auto port = static_cast<std::uint16_t>(url.port());
-  elsewhere.connect({asio::ip::make_address("127.0.0.2"), port}, error);
+  elsewhere.connect({asio::ip::make_address("127.0.0.2"), std::uint16_t(url.port())}, error);
   EXPECT_EQ(error, asio::error::connection_refused);
-  HttpReader idle(url), waiting(url), late;
+  HttpReader waiting(url), late;
   waiting.get(url);
   ASSERT_TRUE(source->waitForQuestions(1));
   server.reset();
-  EXPECT_EQ(idle.readAll(), "");
   EXPECT_EQ(waiting.readAll(), kHead);
   EXPECT_THROW(late.connect(url), std::system_error);
 }

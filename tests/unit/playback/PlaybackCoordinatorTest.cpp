@@ -173,15 +173,16 @@ TEST_F(PlaybackTest, MetadataIsWaitedForAMinute) {
 }
 
 TEST_F(PlaybackTest, TheFileQuestionIsAnsweredOnceOrEndsTheFlow) {
-  for (const char* answer : {"pick 1", "pick 0", "pick 2", "pick -1", "pick 9", "end"}) {
+  const std::pair<const char*, std::optional<int>> rows[] = {
+      {"pick 1", 1}, {"pick 0", 0}, {"pick 2", {}}, {"pick -1", {}}, {"pick 9", {}}, {"end", {}}};
+  for (const auto& [answer, file] : rows) {
     script("two, press -> *");
     script("two -> ; T selecting asks 2; a:starting; pending|a");
     EXPECT_EQ(stream().choices[1], (StreamChoice{1, text("b.mkv"), kFilmSize}));
     script(answer);
     script("pick 0, pass 1");
-    const bool isFile = answer[5] == '0' || answer[5] == '1';
-    EXPECT_EQ(session->selected, isFile ? std::optional(answer[5] - '0') : std::nullopt) << answer;
-    EXPECT_EQ(sleepers.empty(), !isFile) << "who is not answered goes";
+    EXPECT_EQ(session->selected, file) << answer;
+    EXPECT_EQ(sleepers.empty(), !file) << "who is not answered goes";
     if (coordinator->stream()) EXPECT_TRUE(stream().choices.empty());
   }
 }
@@ -320,8 +321,7 @@ TEST_F(PlaybackTest, ResumesRowsOfTheHistory) {
   EXPECT_EQ(then(), "stop|acquire aaaa T 0|shown 1; T connecting; a:starting; pending|a @0");
 }
 
-// Whatever the flow waits for, the coordinator's end is quiet.
-TEST_F(PlaybackTest, MayGoAtEveryWait) {
+TEST_F(PlaybackTest, TheCoordinatorMayGoAtEveryWait) {
   for (int wait = 0; wait < 5; ++wait) {
     session->snap = {};
     coordinator.emplace(main.executor(),

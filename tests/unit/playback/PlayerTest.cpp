@@ -88,13 +88,10 @@ TEST_F(PlayerTest, OpensAnItemWhenSomebodyDrawsAndShowsItAgainToTheNext) {
     draw                       -> start=5.000|loadfile http://h/film.mkv replace|pause=1;; paused 0/0
     undraw, draw               -> free;; paused 0/0
     opened, started 7, loaded  -> ;; paused 0/0
-    undraw, draw               -> free|vid=1;; paused 0/0)");
-  const std::pair<double, std::string> starts[] = {
-      {1.0, "none"}, {1.001, "1.001"}, {NAN, "none"}, {INFINITY, "none"}};
-  for (const auto& [startAt, start] : starts) {
-    player->load(kFilm, startAt);
-    EXPECT_EQ(mpv.taken(), "start=" + start + "|loadfile http://h/film.mkv replace|pause=0");
-  }
+    undraw, draw               -> free|vid=1;; paused 0/0
+    load 1                     -> start=none|loadfile http://h/film.mkv replace|pause=0; at 0 waits; playing 0/0
+    load 1.001                 -> start=1.001|loadfile http://h/film.mkv replace|pause=0; at 0; playing 0/0
+    load inf                   -> start=none|loadfile http://h/film.mkv replace|pause=0; at 0; playing 0/0)");
 }
 
 TEST_F(PlayerTest, OpensFilesAndTheWebAndRefusesAllElse) {

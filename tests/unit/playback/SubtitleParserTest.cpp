@@ -1,11 +1,8 @@
 #include "playback/SubtitleParser.h"
 #include <gtest/gtest.h>
-#include <limits>
 
 namespace vellum {
 namespace {
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 QString text(const char* utf8) { return QString::fromUtf8(utf8); }
 
@@ -23,7 +20,7 @@ TEST(SubtitleParserTest, ReadsTimes) {
   const std::pair<const char*, double> times[] = {
       {"00:01", 1},      {"01:02:03,5", 3723.5}, {" \t0:00:01.25\t ", 1.25},
       {"1:90:90", 9090}, {"-1:+5", -55},         {":1::2:", 62},
-      {"0:0x1p4", 16},   {"0:inf", kInfinity}};
+      {"0:0x1p4", 16}};
   for (const auto& [written, seconds] : times)
     EXPECT_EQ(SubtitleParser::parseTime(text(written)), seconds) << written;
   // The last has a digit, but not one of the C library.
