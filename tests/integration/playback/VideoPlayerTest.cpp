@@ -63,6 +63,7 @@ TEST_F(VideoPlayerTest, ChoosesAmongTheSoundTracksOfAnItem) {
   play(0);
   const auto options = player->audioOptions();
   ASSERT_EQ(options.size(), 2);
+  EXPECT_EQ(options[0], (AudioOption{1, text("English")}));
   EXPECT_EQ(options[1], (AudioOption{2, text("French (Commentary)")}));
   player->selectAudio({7, text("English")});
   EXPECT_EQ(player->selectedAudio(), options[0]) << "no track of it";

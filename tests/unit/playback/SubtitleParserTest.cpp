@@ -44,6 +44,7 @@ TEST(SubtitleParserTest, ReadsSubRipAndWebVTT) {
       {"0:1 --> 0:2\n \t\xc2\xa0\n", ""},
       {"0:1 --> 0:2\n\n0:3 --> 0:4", ""},
       // Markup is what stands in a pair that is not empty.
+      {"0:1 --> 0:2\n<b><i>x</i></b>", "1..2 x"},
       {"0:1 --> 0:2\n1 < 2 <> <<b>x</b> &amp; {\\i1} a > b <c", "1..2 1  x &amp; {\\i1} a > b <c"},
       // Blocks, by empty lines alone; in the order of the file.
       {"\n\n\n0:1 --> 0:2\nA\n\n\nB\n\n\n\n0:3 --> 0:4\nC", "1..2 A|3..4 C"},
