@@ -138,20 +138,22 @@ TEST_F(FileTransferTest, GoesOnOnlyWhereTheServerStillHasTheSameFile) {
            Case{strong, "\"a\"", ScriptedServer::reply(404, "gone"), "HTTP 404"},
        }) {
     SCOPED_TRACE((headers + second.head + wanted).toStdString());
-    std::vector<RequestHead> heard; // read once the server has answered
-    ScriptedServer server([&](const QByteArray& request) {
+    std::vector<RequestHead> heard; // read once the server has gone
+    std::optional<ScriptedServer> server;
+    server.emplace([&](const QByteArray& request) {
       heard.push_back(RequestHead::parse(request));
       if (heard.size() > 1) return heard.size() == 2 ? second : third;
       return Answer{"HTTP/1.1 200 OK\r\nContent-Length: 5\r\n" + headers + "\r\n", "w", 1, 0ms,
                     true};
     });
-    Running first = start(server.url());
+    Running first = start(server->url());
     ASSERT_TRUE(receives(first, 1));
     EXPECT_EQ(first.transfer->progress()->expected, 5);
     first.transfer->pause();
     EXPECT_EQ(ending(std::move(first)), ifRange.isEmpty() ? "paused, to begin again" : "paused");
-    EXPECT_TRUE(turnUntil([&] { return server.dropped() == 1; }));
-    EXPECT_EQ(ending(start(server.url(), std::exchange(kept, {}))), wanted);
+    EXPECT_TRUE(turnUntil([&] { return server->dropped() == 1; }));
+    EXPECT_EQ(ending(start(server->url(), std::exchange(kept, {}))), wanted);
+    server.reset();
     EXPECT_EQ(heard.at(1).header("Range"), ifRange.isEmpty() ? "" : "bytes=1-");
     EXPECT_EQ(heard.at(1).header("If-Range"), ifRange);
     EXPECT_EQ(heard.at(1).header("Accept-Encoding"), "identity");

@@ -30,7 +30,12 @@ inline std::string column(const QVariantList& maps, const char* field) {
   return said(list.join(u'|'));
 }
 
-struct ModelTest : PlaybackWorld, LinkOpener::Surroundings {
+// What workers ask until the pool has ended.
+struct NetOfModels {
+  ScriptedTransport net;
+};
+
+struct ModelTest : NetOfModels, PlaybackWorld, LinkOpener::Surroundings {
   ModelTest() {
     settings.setCachePath(folder.path());
     settings.setDownloadsPath(folder.path());
@@ -56,7 +61,6 @@ struct ModelTest : PlaybackWorld, LinkOpener::Surroundings {
 
   PreferenceStore memory;
   SettingsStore settings{memory};
-  ScriptedTransport net;
   HttpFileTransfers transfers;
   Navigation navigation;
   LinkOpener links{main, pool, catalogAnswer, navigation, *this};
