@@ -1,5 +1,5 @@
 // 500 posters from a server on loopback, scrolled through fast: what that costs the main thread,
-// which does all but the drawing. Needs an X screen (tests/ui/with-screen gives one).
+// which does all but the drawing. Needs an X screen (scripts/with-screen gives one).
 #include "WatchedApplication.h"
 #include "net/HttpClient.h"
 #include "ui/catalog/MediaList.h"
