@@ -8,6 +8,7 @@
 #include <QVariant>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <thread>
 
 namespace vellum {
 namespace {
@@ -210,6 +211,19 @@ TEST_F(StoresTest, BrokenPreferencesArePutAsideBeforeTheyAreWrittenOver) {
   write("precious");
   PreferenceStore(path).set(u"a"_s, std::int64_t{3});
   EXPECT_EQ(bytes(), "precious") << "it cannot be put aside";
+}
+
+TEST_F(StoresTest, PreferencesOfManyThreadsAreAllKept) {
+  PreferenceStore store(path);
+  const auto write = [&](const QString& key) {
+    for (std::int64_t i = 1; i <= 10; ++i) store.set(key, i);
+    EXPECT_EQ(store.integer(key), 10);
+  };
+  const QStringList own{u"a"_s, u"b"_s, u"c"_s};
+  std::vector<std::jthread> threads;
+  for (const QString& key : own) threads.emplace_back(write, key);
+  threads.clear();
+  for (const QString& key : own) EXPECT_EQ(PreferenceStore(path).integer(key), 10);
 }
 
 } // namespace
