@@ -22,6 +22,7 @@ enum Id : std::uint8_t {
   Choke = 0,
   Unchoke = 1,
   Interested = 2,
+  NotInterested = 3,
   Have = 4,
   Bitfield = 5,
   RequestBlock = 6,
@@ -144,6 +145,7 @@ void PeerConn::handle(const FrameBuffer::Frame& frame) {
     m_wantsPump = true;
     return;
   case Interested: return onInterested();
+  case NotInterested: m_peerInterested = false; return;
   case Have: return frame.isWhole() ? onHave(frame.body) : void();
   case Bitfield: return onBitfield(frame.body);
   case RequestBlock: return frame.isWhole() ? onRequest(frame.body) : void();
@@ -159,6 +161,7 @@ void PeerConn::onChoke() {
 }
 
 void PeerConn::onInterested() {
+  m_peerInterested = true;
   if (!m_session.uploadEnabled() || m_unchokedThem) return;
   m_unchokedThem = true;
   msg(Unchoke);

@@ -70,6 +70,7 @@ public:
   void sendMetadataMessage(int type, std::int64_t piece);
 
   bool isClosed() const { return m_closed; }
+  bool isInterested() const { return m_peerInterested; }
   std::int64_t utMetadata() const { return m_utMetadata; }
   std::int64_t metadataSize() const { return m_metadataSize; }
   // An id that is no byte cannot be sent.
@@ -111,6 +112,7 @@ private:
   bool m_closed = false;
   bool m_choked = true;
   bool m_wantsPump = false; // at the end of this turn
+  bool m_peerInterested = false;
   bool m_sentInterested = false;
   bool m_unchokedThem = false;
   ByteVector m_bits; // piece 0 in the top bit of the first byte; may be shorter than the torrent

@@ -64,8 +64,11 @@ TEST_F(PeerConnTest, WhatEachMessageBringsAboutAndAtWhichLength) {
   const ByteVector request = frame(6, numbers({1, 0, 1}));
   EXPECT_EQ(end.on(request), "") << "it was never unchoked";
   EXPECT_EQ(end.on(frame(2)) + end.on(frame(2)), "unchoke");
+  EXPECT_TRUE(end.peer->isInterested());
   EXPECT_EQ(end.on(frame(6, ByteVector(11))) + end.on(frame(6, numbers({1, 0, 1, 0}))), "");
-  EXPECT_EQ(end.on(request), "piece 1 0 " + toHex(payload.block(1, 0, 1)).toStdString());
+  const std::string block = toHex(payload.block(1, 0, 1)).toStdString();
+  EXPECT_EQ(end.on(frame(3)) + end.on(request), "piece 1 0 " + block) << "it stays unchoked";
+  EXPECT_FALSE(end.peer->isInterested());
 
   ByteVector last = frame(0);
   append(last, be32(4'194'305));
