@@ -36,8 +36,7 @@ std::string head206(std::int64_t start, std::int64_t end) {
          std::to_string(start) + "-" + std::to_string(end) + "/16000000\r\n\r\n";
 }
 
-// A text, the film, an empty video, one of a byte. That the pool can
-// end is a part of every test.
+// A text, the film, an empty video, one of a byte. That the pool can end is a part of every test.
 struct StreamServer : testing::Test {
   StreamServer() { url = urlOf(QStringLiteral("Film/film.mp4")); }
 
